@@ -1,0 +1,65 @@
+#pragma once
+
+#include <QHash>
+#include <QObject>
+#include <QPointer>
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <optional>
+
+namespace vellora
+{
+
+/// The only way a child process is started: `rapido` for a short question to a tool, `lanzar` for a long job.
+///
+/// A child lives in a process group of its own, so that ending it ends whatever it started too, and the kernel ends it
+/// when this program dies, however that happens.
+class Ejecutor : public QObject
+{
+    Q_OBJECT
+
+public:
+    using Entorno = QHash<QString, QString>;
+    using Linea = std::function<void(const QString &)>;
+    using Final = std::function<void(int)>;
+
+    explicit Ejecutor(QObject *padre = nullptr);
+    ~Ejecutor() override;
+
+    /// Runs a tool and returns what it wrote to standard output, or an empty text when it cannot be started or writes
+    /// bytes that are not UTF-8. Standard error is thrown away; the environment is inherited as it is.
+    /// Blocks: background threads only. `segundos` is looked at between two reads only, so a tool that stays silent
+    /// without ending is waited for.
+    static QString rapido(const QString &ejecutable, const QStringList &argumentos, double segundos = 20.0);
+
+    /// Starts a job and returns at once. Main thread only, as are both callbacks.
+    /// `linea` gets each line of standard output and standard error, trimmed of blanks and tabs, never empty; a line
+    /// feed or a lone carriage return ends a line, the pair of both does not. There is no buffer between two reads.
+    /// `final` is called once, after the last line, with the exit status (the signal's number when killed by one), or
+    /// with -1 after the line "No se pudo arrancar: …".
+    void lanzar(const QString &ejecutable, const QStringList &argumentos, Linea linea, Final final);
+
+    /// Asks the running child and all that it started to end, and kills them after `graciaAntesDeMatar`.
+    /// `final` still arrives, once. Harmless when nothing runs.
+    void cancelar();
+
+    bool enMarcha() const;
+
+    /// When present, the whole environment of the next `lanzar`, which consumes it. PATH (the search folders) and
+    /// PYTHONUNBUFFERED are set in any case.
+    std::optional<Entorno> entornoExtra;
+
+    /// Milliseconds between the polite request to end and the kill.
+    static constexpr int graciaAntesDeMatar = 5000;
+
+private:
+    QPointer<QProcess> proceso;
+};
+
+/// Splits a batch of output into lines as `lanzar` promises.
+QStringList partirEnLineas(const QString &texto);
+
+} // namespace vellora
