@@ -1,0 +1,118 @@
+#include "session/Detector.h"
+
+#include "core/Ejecutor.h"
+#include "core/Herramientas.h"
+
+using namespace Qt::StringLiterals;
+
+namespace vellora::Detector
+{
+
+namespace
+{
+
+QString sinBlancos(QStringView trozo)
+{
+    const auto sobra = [](QChar c) {
+        return c == u' ' || c == u'\t';
+    };
+    while (!trozo.isEmpty() && sobra(trozo.front()))
+        trozo = trozo.sliced(1);
+    while (!trozo.isEmpty() && sobra(trozo.back()))
+        trozo.chop(1);
+    return trozo.toString();
+}
+
+std::optional<QString> valor(const QString &udid, const QString &clave)
+{
+    if (!Herramientas::ideviceInfo())
+        return {};
+    const auto salida = Ejecutor::rapido(*Herramientas::ideviceInfo(), {u"-u"_s, udid, u"-k"_s, clave}, 8).trimmed();
+    return salida.isEmpty() ? std::nullopt : std::optional(salida);
+}
+
+QMap<QString, QString> dominio(const QString &udid, const QString &nombre)
+{
+    if (!Herramientas::ideviceInfo())
+        return {};
+    return paresEn(Ejecutor::rapido(*Herramientas::ideviceInfo(), {u"-u"_s, udid, u"-q"_s, nombre}, 10));
+}
+
+std::optional<qint64> numeroDe(const QMap<QString, QString> &pares, const QString &clave)
+{
+    bool entero = false;
+    const auto numero = pares.value(clave).toLongLong(&entero, 10);
+    return entero ? std::optional(numero) : std::nullopt;
+}
+
+} // namespace
+
+QSemaphore &turno()
+{
+    static QSemaphore semaforo(1);
+    return semaforo;
+}
+
+QStringList udidsEn(const QString &salida)
+{
+    QStringList udids;
+    const auto lineas = salida.split(u'\n', Qt::SkipEmptyParts);
+    for (const auto &linea : lineas) {
+        const auto udid = sinBlancos(linea);
+        if (udid.size() > 10)
+            udids << udid;
+    }
+    return udids;
+}
+
+QMap<QString, QString> paresEn(const QString &salida)
+{
+    QMap<QString, QString> pares;
+    const auto lineas = salida.split(u'\n', Qt::SkipEmptyParts);
+    for (const auto &linea : lineas) {
+        const auto corte = linea.indexOf(u':');
+        if (corte > 0 && corte + 1 < linea.size())
+            pares[sinBlancos(QStringView(linea).first(corte))] = sinBlancos(QStringView(linea).sliced(corte + 1));
+    }
+    return pares;
+}
+
+QStringList conectados()
+{
+    if (!Herramientas::ideviceID())
+        return {};
+    return udidsEn(Ejecutor::rapido(*Herramientas::ideviceID(), {u"-l"_s}, 8));
+}
+
+std::optional<Dispositivo> leer(const QString &udid)
+{
+    return enTurno([&]() -> std::optional<Dispositivo> {
+        const auto nombre = valor(udid, u"DeviceName"_s);
+        if (!nombre)
+            return {};
+        const auto bateria = dominio(udid, u"com.apple.mobile.battery"_s);
+        const auto disco = dominio(udid, u"com.apple.disk_usage"_s);
+        const auto producto = valor(udid, u"ProductType"_s);
+        const auto version = valor(udid, u"ProductVersion"_s);
+        return componer(udid, *nombre, bateria, disco, producto, version);
+    });
+}
+
+Dispositivo componer(const QString &udid, const QString &nombre, const QMap<QString, QString> &bateria,
+                     const QMap<QString, QString> &disco, const std::optional<QString> &producto,
+                     const std::optional<QString> &version)
+{
+    const auto total = u"TotalDiskCapacity"_s;
+    Dispositivo uno;
+    uno.id = udid;
+    uno.nombre = nombre;
+    uno.modeloCrudo = producto.value_or(u"desconocido"_s);
+    uno.sistema = version.value_or(u"—"_s);
+    uno.bateria = numeroDe(bateria, u"BatteryCurrentCapacity"_s);
+    uno.cargando = bateria.value(u"BatteryIsCharging"_s) == "true"_L1;
+    uno.libresBytes = numeroDe(disco, u"AmountDataAvailable"_s);
+    uno.totalBytes = numeroDe(disco, disco.contains(total) ? total : u"TotalDataCapacity"_s);
+    return uno;
+}
+
+} // namespace vellora::Detector

@@ -1,0 +1,228 @@
+#include "session/Modelo.h"
+
+#include "core/Ejecutor.h"
+#include "core/Formato.h"
+#include "core/Herramientas.h"
+#include "core/Preferencias.h"
+#include "core/SegundoPlano.h"
+#include "platform/GestorDeArchivos.h"
+#include "session/Detector.h"
+#include "session/Migracion.h"
+
+#include <QDir>
+#include <QStorageInfo>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace vellora
+{
+
+namespace
+{
+
+const auto claveConocidos = u"iPhonesConocidos"_s;
+constexpr qint64 margenDeDisco = 2'000'000'000;
+
+QList<Dispositivo> leerConectados()
+{
+    QList<Dispositivo> leidos;
+    const auto udids = Detector::conectados();
+    for (const auto &udid : udids) {
+        if (const auto uno = Detector::leer(udid))
+            leidos << *uno;
+    }
+    return leidos;
+}
+
+/// What a failed tool did not tell this time is kept from the reading before.
+Dispositivo fundir(Dispositivo fresco, const Dispositivo *anterior)
+{
+    if (anterior == nullptr)
+        return fresco;
+    if (!fresco.bateria)
+        fresco.bateria = anterior->bateria;
+    if (!fresco.libresBytes)
+        fresco.libresBytes = anterior->libresBytes;
+    if (!fresco.totalBytes)
+        fresco.totalBytes = anterior->totalBytes;
+    if (fresco.modeloCrudo == "desconocido"_L1)
+        fresco.modeloCrudo = anterior->modeloCrudo;
+    return fresco;
+}
+
+/// The phone's name as one component of a path: never a way out of the folder, never longer than a file system takes.
+QString comoNombreDeCarpeta(const QString &nombre)
+{
+    constexpr qsizetype maximoEnBytes = 255;
+    auto componente = QString(nombre).replace(u'/', u'-').remove(QChar::Null);
+    while (componente.toUtf8().size() > maximoEnBytes)
+        componente.chop(componente.back().isLowSurrogate() ? 2 : 1);
+    const bool sinNombre = componente.isEmpty() || componente == u"." || componente == u"..";
+    return sinNombre ? u"iPhone"_s : componente;
+}
+
+} // namespace
+
+Modelo::Modelo(QObject *padre) : QObject(padre)
+{
+    Migracion::alArrancar(); // before the journal reads its file
+    diario_ = std::make_unique<Diario>();
+    tarea_ = std::make_unique<Tarea>(*diario_);
+    connect(tarea_.get(), &Tarea::cambio, this, &Modelo::cambio);
+    connect(this, &Modelo::cambioDeSesion, this, &Modelo::cambio);
+    refrescar(false);
+    connect(&reloj, &QTimer::timeout, this, [this] {
+        if (!tarea_->enMarcha())
+            refrescar(true);
+    });
+    reloj.start(segundosDelReloj * 1000);
+}
+
+Modelo::~Modelo() = default;
+
+void Modelo::refrescar(bool silencioso)
+{
+    if (!silencioso && !buscando_) {
+        buscando_ = true;
+        emit cambioDeSesion();
+    }
+    const auto antes = seleccionado_ ? std::optional(seleccionado_->id) : std::nullopt;
+    enSegundoPlano(this, leerConectados, [this, antes](const QList<Dispositivo> &leidos) { aplicar(leidos, antes); });
+}
+
+void Modelo::aplicar(const QList<Dispositivo> &leidos, const std::optional<QString> &antes)
+{
+    QList<Dispositivo> fundidos;
+    for (const auto &fresco : leidos)
+        fundidos << fundir(fresco, conUdid(fresco.id));
+    dispositivos_ = fundidos;
+    buscando_ = false;
+    elegirTrasRefrescar(antes);
+    comprobarAcceso();
+    if (seleccionado_ && !iPhoneNuevo_ && !esConocido(seleccionado_->id))
+        iPhoneNuevo_ = seleccionado_;
+    emit cambioDeSesion();
+    emit refrescado(antes);
+}
+
+void Modelo::elegirTrasRefrescar(const std::optional<QString> &antes)
+{
+    if (const auto *elegido = antes ? conUdid(*antes) : nullptr) {
+        seleccionado_ = *elegido;
+        return;
+    }
+    // The owner may have chosen one while the reading ran.
+    if (seleccionado_ && conUdid(seleccionado_->id) != nullptr)
+        return;
+    seleccionado_ = dispositivos_.isEmpty() ? std::nullopt : std::optional(dispositivos_.first());
+}
+
+void Modelo::seleccionar(const QString &udid)
+{
+    const auto *elegido = conUdid(udid);
+    if (elegido == nullptr)
+        return;
+    seleccionado_ = *elegido;
+    emit cambioDeSesion();
+}
+
+const Dispositivo *Modelo::conUdid(const QString &udid) const
+{
+    const auto hallado = std::find_if(dispositivos_.cbegin(), dispositivos_.cend(),
+                                      [&](const Dispositivo &uno) { return uno.id == udid; });
+    return hallado == dispositivos_.cend() ? nullptr : &*hallado;
+}
+
+void Modelo::comprobarAcceso()
+{
+    const auto &herramienta = Herramientas::pymobiledevice();
+    if (!seleccionado_ || !herramienta) {
+        avisoAcceso_.reset();
+        emit cambioDeSesion();
+        return;
+    }
+    const auto preguntar = [herramienta = *herramienta, udid = seleccionado_->id] {
+        return Detector::enTurno([&] {
+            const QStringList orden{u"afc"_s, u"ls"_s, u"/DCIM"_s, u"--udid"_s, udid};
+            return Ejecutor::rapido(herramienta, orden, 25);
+        });
+    };
+    enSegundoPlano(this, preguntar, [this, udid = seleccionado_->id](const QString &salida) {
+        if (!seleccionado_ || seleccionado_->id != udid)
+            return; // another phone is in view by now
+        avisoAcceso_.reset();
+        if (!salida.contains("/DCIM"_L1))
+            avisoAcceso_ = u"El iPhone no me deja entrar. Desbloquéalo y, si te lo pregunta, toca «Confiar»."_s;
+        emit cambioDeSesion();
+    });
+}
+
+bool Modelo::esConocido(const QString &udid) const
+{
+    return Preferencias::lista(claveConocidos).contains(udid);
+}
+
+void Modelo::marcarConocido(const QString &udid)
+{
+    if (!esConocido(udid))
+        Preferencias::ponLista(claveConocidos, Preferencias::lista(claveConocidos) << udid);
+    iPhoneNuevo_.reset();
+    emit cambioDeSesion();
+}
+
+QString Modelo::carpetaBase() const
+{
+    const QDir raiz(QDir::homePath() + u"/Vellora"_s);
+    if (seleccionado_)
+        return raiz.filePath(comoNombreDeCarpeta(seleccionado_->nombre));
+    auto carpetas = raiz.entryList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Unsorted);
+    std::sort(carpetas.begin(), carpetas.end());
+    return raiz.filePath(carpetas.isEmpty() ? u"iPhone"_s : carpetas.first());
+}
+
+QString Modelo::carpetaCopias() const
+{
+    return carpetaBase() + u"/Copias de seguridad"_s;
+}
+
+QString Modelo::carpetaDatos() const
+{
+    return carpetaBase() + u"/Mis datos"_s;
+}
+
+std::optional<qint64> Modelo::libreEnElMac() const
+{
+    const auto libres = QStorageInfo(QDir::homePath()).bytesAvailable();
+    return libres < 0 ? std::nullopt : std::optional(libres);
+}
+
+std::optional<QString> Modelo::noCabe(qint64 bytes) const
+{
+    return sentenciaDeNoCabe(bytes, libreEnElMac());
+}
+
+std::optional<QString> sentenciaDeNoCabe(qint64 bytes, std::optional<qint64> libres)
+{
+    if (!libres || *libres - margenDeDisco >= bytes)
+        return {};
+    return u"No cabe. Hacen falta %1 y en el Mac quedan %2. Libera sitio o elige otra carpeta."_s.arg(
+        Formato::tamano(bytes), Formato::tamano(libres));
+}
+
+void Modelo::abrirEnFinder(const QString &carpeta)
+{
+    QDir().mkpath(carpeta);
+    mostrarEnElGestor(carpeta);
+}
+
+QVariantList Modelo::dispositivosVariante() const
+{
+    QVariantList lista;
+    for (const auto &uno : dispositivos_)
+        lista << QVariant::fromValue(uno);
+    return lista;
+}
+
+} // namespace vellora
