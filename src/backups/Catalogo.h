@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QDateTime>
+#include <QString>
+
+#include <optional>
+
+/// What the file system alone tells of the backups on the computer. Attribute reads and one folder listing at the most,
+/// so that a view may ask at each redraw. Every failure is silent. Any thread.
+///
+/// `carpeta` is a phone's "Copias de seguridad", with a folder named by UDID for each phone in it.
+namespace vellora::Catalogo
+{
+
+/// Modification date of one backup folder: of its "Manifest.db", else of its "Info.plist", else absent.
+std::optional<QDateTime> fechaDe(const QString &copia);
+
+/// Date of the backup of `udid`; without one (or without a UDID), the latest date of any entry of the folder.
+std::optional<QDateTime> fechaDeLaUltimaCopia(const QString &carpeta, const std::optional<QString> &udid);
+
+/// Whole days from then to `ahora`, absent without a date.
+std::optional<qint64> diasDesde(const std::optional<QDateTime> &fecha, const QDateTime &ahora);
+
+/// First name in the listing's own order that has 21 characters or more and does not begin with ".".
+std::optional<QString> udidDeLaCopia(const QString &carpeta);
+
+/// The warning for the selected phone: none yet, or one of 14 days or more; absent otherwise.
+std::optional<QString> aviso(std::optional<qint64> dias);
+
+} // namespace vellora::Catalogo

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace vellora
+{
+
+/// Whether what the tool left in a backup folder can be trusted. The tool has ended with "Backup Successful." and
+/// status 0 on a full disk, so its word is not enough.
+struct ComprobacionDeCopia {
+    bool completa = false;
+    bool discoLleno = false; ///< not complete, and the volume has no room left
+    QStringList detalles;    ///< for the log: what is wrong, or what is worth knowing in a complete one
+};
+
+/// Looks at "Status.plist" (its SnapshotState must be "finished"), "Manifest.plist" and "Manifest.db": it must be
+/// readable to its last row, and no file may be shorter than it says. The list of an encrypted backup cannot be read
+/// here; its size is looked at only. Blocks for about a second per 50,000 files: background threads only.
+ComprobacionDeCopia comprobarCopia(const QString &carpeta);
+
+/// Takes away the final name of a list of files that is not to be trusted, so that nothing takes an unfinished backup
+/// for a whole one: "Manifest.db" becomes "Manifest.db.incompleto".
+void apartarManifiesto(const QString &carpeta);
+
+} // namespace vellora

@@ -1,0 +1,86 @@
+#include "backups/Copias.h"
+
+#include "backups/Catalogo.h"
+#include "backups/CopiaDeSeguridad.h"
+#include "platform/Procesos.h"
+#include "session/Modelo.h"
+
+#include <QDateTime>
+
+using namespace Qt::StringLiterals;
+
+namespace vellora
+{
+
+Copias::Copias(Modelo &elModelo, HayClave clave, QObject *padre)
+    : QObject(padre), modelo(elModelo), hayClave(std::move(clave))
+{
+    connect(&modelo, &Modelo::cambioDeSesion, this, &Copias::cambio);
+    connect(&modelo.tarea(), &Tarea::acabada, this, &Copias::cambio);
+}
+
+std::optional<QDateTime> Copias::fechaDeLaUltimaCopia() const
+{
+    const auto &elegido = modelo.seleccionado();
+    return Catalogo::fechaDeLaUltimaCopia(modelo.carpetaCopias(), elegido ? std::optional(elegido->id) : std::nullopt);
+}
+
+std::optional<qint64> Copias::diasDesdeLaCopia() const
+{
+    return Catalogo::diasDesde(fechaDeLaUltimaCopia(), QDateTime::currentDateTime());
+}
+
+QString Copias::avisoTexto() const
+{
+    return modelo.seleccionado() ? Catalogo::aviso(diasDesdeLaCopia()).value_or(QString()) : QString();
+}
+
+QString Copias::ultimaCopia() const
+{
+    const auto dias = diasDesdeLaCopia();
+    if (!dias)
+        return u"nunca"_s;
+    if (*dias < 1)
+        return u"hoy"_s;
+    return *dias == 1 ? u"hace 1 día"_s : u"hace %1 días"_s.arg(*dias);
+}
+
+QString Copias::pieDeHacerCopia() const
+{
+    const auto &elegido = modelo.seleccionado();
+    return elegido && hayClave(elegido->id) ? u"Cifrada, incluye todo"_s : u"Te pediré una contraseña"_s;
+}
+
+void Copias::pedirCopia()
+{
+    const auto elegido = modelo.seleccionado();
+    auto &tarea = modelo.tarea();
+    if (!elegido)
+        return;
+    if (tarea.enMarcha())
+        return tarea.apunta(u"Ya hay algo en marcha. Espera a que termine."_s);
+    if (hayOtraCopiaEnMarcha()) {
+        const QStringList lineas{u"Hay otra copia de seguridad de este iPhone haciéndose ahora mismo."_s,
+                                 u"El iPhone solo puede con una a la vez: si empiezo otra, fallan las dos."_s,
+                                 u"Espera a que acabe y vuelve a darle."_s};
+        return tarea.rechazar(u"Copia de seguridad"_s, u"Ya hay una copia en marcha"_s, lineas);
+    }
+    if (!hayClave(elegido->id)) {
+        pidiendoClave_ = true;
+        emit cambio();
+        return;
+    }
+    copiaDeSeguridad(tarea, elegido->id, modelo.carpetaCopias());
+}
+
+void Copias::abrirCarpeta()
+{
+    modelo.abrirEnFinder(modelo.carpetaCopias());
+}
+
+bool Copias::hayOtraCopiaEnMarcha()
+{
+    return hayProcesoCon(u"idevicebackup2"_s);
+}
+
+} // namespace vellora

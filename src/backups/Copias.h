@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QDateTime>
+#include <QObject>
+#include <QString>
+
+#include <functional>
+#include <optional>
+
+namespace vellora
+{
+
+class Modelo;
+
+/// What the window and the commands see of the backups: the warning, the age of the last one, and the owner's requests.
+/// Main thread only.
+class Copias : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(QString aviso READ avisoTexto NOTIFY cambio)
+    Q_PROPERTY(QString ultimaCopia READ ultimaCopia NOTIFY cambio)
+    Q_PROPERTY(QString pieDeHacerCopia READ pieDeHacerCopia NOTIFY cambio)
+    Q_PROPERTY(bool pidiendoClave READ pidiendoClave NOTIFY cambio)
+
+public:
+    /// Whether a backup password is stored for a UDID.
+    using HayClave = std::function<bool(const QString &udid)>;
+
+    Copias(Modelo &modelo, HayClave hayClave, QObject *padre = nullptr);
+
+    /// Of the selected phone, or of the youngest backup of its folder; absent when there is none.
+    std::optional<QDateTime> fechaDeLaUltimaCopia() const;
+    std::optional<qint64> diasDesdeLaCopia() const;
+    /// The warning strip's sentence; empty when the last backup is recent or no phone is selected.
+    QString avisoTexto() const;
+    /// "hoy", "hace 1 día", "hace 21 días", or "nunca".
+    QString ultimaCopia() const;
+    QString pieDeHacerCopia() const;
+    bool pidiendoClave() const { return pidiendoClave_; }
+
+    /// The guarded entry for the owner's request of a full backup.
+    Q_INVOKABLE void pedirCopia();
+    Q_INVOKABLE void abrirCarpeta();
+
+    /// True when any process of the computer makes a backup with idevicebackup2, whatever phone it serves.
+    static bool hayOtraCopiaEnMarcha();
+
+signals:
+    void cambio();
+
+private:
+    Modelo &modelo;
+    HayClave hayClave;
+    bool pidiendoClave_ = false;
+};
+
+} // namespace vellora
