@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QJsonDocument>
+#include <QString>
+
+/// The two streams of a command. Main thread only.
+namespace vellora::Consola
+{
+
+/// One line on standard output.
+void resultado(const QString &linea);
+void resultado(const QJsonDocument &documento);
+/// One line on standard error.
+void palabras(const QString &linea);
+
+/// Whether standard error is a terminal, where a progress line may be repainted.
+bool hayTerminal();
+/// Repaints the progress line; `borrarAvance` clears it before other words.
+void avance(const QString &linea);
+void borrarAvance();
+
+/// Tells what is missing when the phone's tools are; gives false then.
+bool hayHerramientas();
+
+} // namespace vellora::Consola

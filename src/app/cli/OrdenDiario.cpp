@@ -1,0 +1,43 @@
+#include "app/cli/Consola.h"
+#include "app/cli/Ordenes.h"
+#include "core/FicheroDelDiario.h"
+#include "platform/Procesos.h"
+
+using namespace Qt::StringLiterals;
+
+namespace vellora
+{
+
+namespace
+{
+
+QString enPalabras(const Actividad &una)
+{
+    auto cuando = una.cuandoEnPalabras();
+    if (const auto duracion = una.duracion())
+        cuando += u" (%1)"_s.arg(*duracion);
+    QStringList trozos{cuando, textoDeEstado(una.estado), una.titulo, una.detalle};
+    if (una.carpeta)
+        trozos << *una.carpeta;
+    return trozos.join(u'\t');
+}
+
+} // namespace
+
+int ordenDiario(const OpcionesDeOrden &opciones)
+{
+    // While the window is open its job may still be running; otherwise an entry left open belongs to a run that ended.
+    const auto fichero = Diario::ficheroPorDefecto();
+    const auto lista = hayOtroProcesoDelPrograma() ? leerDiario(fichero) : Diario(fichero).lista();
+    if (opciones.json) {
+        Consola::resultado(QString::fromUtf8(diarioEnJson(lista)));
+        return SalidaBien;
+    }
+    for (const auto &una : lista)
+        Consola::resultado(enPalabras(una));
+    if (lista.isEmpty())
+        Consola::palabras(u"Todavía no has hecho nada"_s);
+    return SalidaBien;
+}
+
+} // namespace vellora

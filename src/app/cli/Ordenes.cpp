@@ -1,0 +1,84 @@
+#include "app/cli/Ordenes.h"
+
+#include "app/cli/Consola.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace vellora
+{
+
+namespace
+{
+
+struct Orden {
+    const char *nombre;
+    int (*ejecutar)(const OpcionesDeOrden &);
+    bool admiteUdid;
+};
+
+constexpr std::array ordenes{Orden{"dispositivos", &ordenDispositivos, false}, Orden{"copia", &ordenCopia, true},
+                             Orden{"diario", &ordenDiario, false}};
+
+const Orden *buscar(const QString &nombre)
+{
+    for (const auto &orden : ordenes) {
+        if (nombre == QLatin1String(orden.nombre))
+            return &orden;
+    }
+    return nullptr;
+}
+
+QString ayuda()
+{
+    return u"Uso: vellora                        abre la ventana\n"
+           "     vellora dispositivos [--json]  los iPhone conectados\n"
+           "     vellora copia [--udid U] [--json]\n"
+           "                                    copia de seguridad completa\n"
+           "     vellora diario [--json]        qué ha pasado\n"
+           "\n"
+           "Termina con 0 si salió bien, 1 si salió mal, 2 si está mal escrita, 3 si falta una pieza."_s;
+}
+
+int malUso(const QString &motivo)
+{
+    Consola::palabras(motivo);
+    Consola::palabras(ayuda());
+    return SalidaMalUso;
+}
+
+} // namespace
+
+int ejecutarOrden(int argc, char **argv)
+{
+    const QCoreApplication programa(argc, argv);
+    QCommandLineParser lector;
+    const QCommandLineOption json(u"json"_s);
+    const QCommandLineOption udid(u"udid"_s, QString(), u"U"_s);
+    const QCommandLineOption pideAyuda({u"h"_s, u"help"_s, u"ayuda"_s});
+    const QCommandLineOption pideVersion({u"v"_s, u"version"_s});
+    lector.addOptions({json, udid, pideAyuda, pideVersion});
+    if (!lector.parse(QCoreApplication::arguments()))
+        return malUso(lector.errorText());
+    if (lector.isSet(pideAyuda) || lector.isSet(pideVersion)) {
+        Consola::resultado(lector.isSet(pideAyuda) ? ayuda() : QStringLiteral("vellora " VELLORA_VERSION));
+        return SalidaBien;
+    }
+    const auto palabras = lector.positionalArguments();
+    const auto *orden = palabras.size() == 1 ? buscar(palabras.first()) : nullptr;
+    if (orden == nullptr)
+        return malUso(u"No conozco esa orden: "_s + palabras.join(u' '));
+    if (lector.isSet(udid) && !orden->admiteUdid)
+        return malUso(u"--udid no va con "_s + palabras.first());
+    OpcionesDeOrden opciones;
+    opciones.json = lector.isSet(json);
+    if (lector.isSet(udid))
+        opciones.udid = lector.value(udid);
+    return orden->ejecutar(opciones);
+}
+
+} // namespace vellora

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace vellora
+{
+
+/// What a command ends with.
+enum Salida { SalidaBien = 0, SalidaMal = 1, SalidaMalUso = 2, SalidaFaltaHerramienta = 3 };
+
+struct OpcionesDeOrden {
+    bool json = false;
+    std::optional<QString> udid;
+};
+
+/// The program without a window: the same operations as subcommands. Results go to standard output, words to standard
+/// error. Returns the exit status.
+int ejecutarOrden(int argc, char **argv);
+
+int ordenDispositivos(const OpcionesDeOrden &opciones);
+int ordenCopia(const OpcionesDeOrden &opciones);
+int ordenDiario(const OpcionesDeOrden &opciones);
+
+} // namespace vellora
