@@ -9,8 +9,8 @@
 #include <csignal>
 #include <fcntl.h>
 #include <poll.h>
-#include <sys/pidfd.h>
 #include <sys/prctl.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -67,7 +67,7 @@ bool leerUnaVez(int fd, QByteArray &salida)
 
 bool haTerminado(pid_t hijo, int milisegundos)
 {
-    const Descriptor testigo(pidfd_open(hijo, 0));
+    const Descriptor testigo(static_cast<int>(syscall(SYS_pidfd_open, hijo, 0)));
     pollfd espera{*testigo, POLLIN, 0};
     return poll(&espera, 1, milisegundos) > 0;
 }
