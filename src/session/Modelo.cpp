@@ -100,7 +100,6 @@ void Modelo::aplicar(const QList<Dispositivo> &leidos, const std::optional<QStri
     dispositivos_ = fundidos;
     buscando_ = false;
     elegirTrasRefrescar(antes);
-    comprobarAcceso();
     if (seleccionado_ && !iPhoneNuevo_ && !esConocido(seleccionado_->id))
         iPhoneNuevo_ = seleccionado_;
     emit cambioDeSesion();

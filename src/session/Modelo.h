@@ -67,7 +67,8 @@ public:
     /// Creates the folder if missing and shows it in the file manager.
     Q_INVOKABLE void abrirEnFinder(const QString &carpeta);
 
-    /// Applies a fresh reading: merge, selection, new phone. `antes` is the UDID selected when the reading began.
+    /// Applies a fresh reading: merge, selection, new phone. What else follows is up to who listens to `refrescado`.
+    /// `antes` is the UDID selected when the reading began.
     void aplicar(const QList<Dispositivo> &leidos, const std::optional<QString> &antes);
 
 signals:
