@@ -1,0 +1,36 @@
+#include "app/Ventana.h"
+
+#include "app/TrasRefrescar.h"
+#include "backups/Copias.h"
+#include "core/Herramientas.h"
+#include "platform/Apariencia.h"
+#include "session/Modelo.h"
+#include "ui/Interfaz.h"
+
+#include <QGuiApplication>
+#include <QQmlApplicationEngine>
+
+namespace vellora
+{
+
+int abrirVentana(int &argc, char **argv)
+{
+    QGuiApplication app(argc, argv);
+    QGuiApplication::setApplicationName(QStringLiteral("vellora"));
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Vellora"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("es.vellora.Vellora"));
+    prepararAspecto();
+
+    Apariencia apariencia;
+    Modelo modelo;
+    // There is no password store yet: the owner's own encryption setting on the phone decides.
+    QObject::connect(&modelo, &Modelo::refrescado, &modelo, [&modelo] { trasRefrescar(modelo); });
+    Copias copias(modelo, [](const QString &) { return true; });
+
+    QQmlApplicationEngine motor;
+    if (!abrirVentanaPrincipal(motor, {modelo, copias, apariencia, Herramientas::queFalta()}))
+        return 2;
+    return QGuiApplication::exec();
+}
+
+} // namespace vellora

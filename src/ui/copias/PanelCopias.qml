@@ -1,0 +1,93 @@
+import QtQuick
+import Vellora.Componentes
+import Vellora.Sesion
+
+/// Backups: the warning, what a backup is for, and what can be done with it.
+Pagina {
+    id: raiz
+
+    required property Copias copias
+    required property bool hayIPhone
+    /// A job is running, so no other may begin.
+    required property bool ocupado
+
+    titulo: "Copias y datos"
+
+    Tira {
+        width: parent.width
+        texto: raiz.copias.aviso
+    }
+
+    Texto {
+        topPadding: 8
+        tipo: Texto.Seccion
+        text: "Copia de seguridad"
+        Accessible.role: Accessible.Heading
+    }
+
+    Texto {
+        width: parent.width
+        color: Tema.suave
+        wrapMode: Text.Wrap
+        text: "La copia de seguridad es lo único que te devuelve los mensajes y WhatsApp si pierdes el iPhone. Las fotos van por su lado."
+    }
+
+    Grid {
+        id: rejilla
+
+        readonly property real anchoDeCelda: Math.floor((width - (columns - 1) * spacing) / columns)
+        readonly property real altoDeCelda: Math.max(hacer.implicitHeight, datos.implicitHeight, ver.implicitHeight, devolver.implicitHeight)
+
+        width: parent.width
+        columns: raiz.columnas
+        spacing: 12
+
+        BotonGrande {
+            id: hacer
+
+            width: rejilla.anchoDeCelda
+            height: rejilla.altoDeCelda
+            activo: raiz.hayIPhone && !raiz.ocupado
+            simbolo: "externaldrive.badge.timemachine"
+            titulo: "Hacer la copia ahora"
+            pie: raiz.copias.pieDeHacerCopia
+            onPulsado: raiz.copias.pedirCopia()
+        }
+
+        BotonGrande {
+            id: datos
+
+            width: rejilla.anchoDeCelda
+            height: rejilla.altoDeCelda
+            activo: false
+            insignia: "Todavía no disponible"
+            simbolo: "person.text.rectangle"
+            titulo: "Ver mis datos"
+            pie: "Mensajes, WhatsApp, fotos, contactos… dentro de la app"
+        }
+
+        BotonGrande {
+            id: ver
+
+            width: rejilla.anchoDeCelda
+            height: rejilla.altoDeCelda
+            simbolo: "folder"
+            titulo: "Ver la copia por dentro"
+            pie: "Abrir la carpeta"
+            onPulsado: raiz.copias.abrirCarpeta()
+        }
+
+        BotonGrande {
+            id: devolver
+
+            width: rejilla.anchoDeCelda
+            height: rejilla.altoDeCelda
+            activo: false
+            peligroso: true
+            insignia: "Todavía no disponible"
+            simbolo: "arrow.uturn.backward"
+            titulo: "Devolver la copia al iPhone"
+            pie: "Solo si has perdido los datos"
+        }
+    }
+}

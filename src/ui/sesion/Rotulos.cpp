@@ -1,0 +1,89 @@
+#include "Rotulos.h"
+
+#include "core/Formato.h"
+
+#include <QStringList>
+
+#include <algorithm>
+
+namespace vellora
+{
+
+namespace
+{
+
+constexpr qint64 cargaBaja = 20;
+constexpr qint64 cargaAlta = 60;
+
+} // namespace
+
+QString Rotulos::resumen(const Dispositivo &iphone)
+{
+    QStringList partes{iphone.modelo(), sistema(iphone), identificador(iphone)};
+    partes.removeAll(QString());
+    return partes.join(QStringLiteral(" · "));
+}
+
+QString Rotulos::sistema(const Dispositivo &iphone)
+{
+    const auto sinDato = iphone.sistema.isEmpty() || iphone.sistema == QStringLiteral("—");
+    return sinDato ? QString() : QStringLiteral("iOS ") + iphone.sistema;
+}
+
+QString Rotulos::identificador(const Dispositivo &iphone)
+{
+    return iphone.id.isEmpty() ? QString() : QStringLiteral("…") + iphone.udidCorto();
+}
+
+QString Rotulos::carga(const Dispositivo &iphone)
+{
+    return iphone.bateria ? QStringLiteral("%1 %").arg(*iphone.bateria) : QString();
+}
+
+QString Rotulos::bateria(const Dispositivo &iphone)
+{
+    const auto tanto = carga(iphone);
+    return iphone.cargando && !tanto.isEmpty() ? tanto + QStringLiteral(" · cargando") : tanto;
+}
+
+QString Rotulos::simboloDeBateria(const Dispositivo &iphone)
+{
+    if (iphone.cargando)
+        return QStringLiteral("battery.100.bolt");
+    const auto tanto = iphone.bateria.value_or(cargaAlta);
+    if (tanto > cargaAlta)
+        return QStringLiteral("battery.100");
+    return tanto > cargaBaja ? QStringLiteral("battery.50") : QStringLiteral("battery.0");
+}
+
+bool Rotulos::bateriaBaja(const Dispositivo &iphone)
+{
+    return !iphone.cargando && iphone.bateria && *iphone.bateria <= cargaBaja;
+}
+
+QString Rotulos::libres(const Dispositivo &iphone)
+{
+    return iphone.libresBytes ? Formato::tamano(iphone.libresBytes) + QStringLiteral(" libres") : QString();
+}
+
+QString Rotulos::capacidad(const Dispositivo &iphone)
+{
+    return iphone.totalBytes ? Formato::tamano(iphone.totalBytes) : QString();
+}
+
+double Rotulos::avance(Tarea *tarea)
+{
+    if (!tarea || tarea->deTotal() <= 0)
+        return -1;
+    return static_cast<double>(std::min(tarea->hechos(), tarea->deTotal())) / static_cast<double>(tarea->deTotal());
+}
+
+double Rotulos::ocupado(const Dispositivo &iphone)
+{
+    if (!iphone.libresBytes || !iphone.totalBytes || *iphone.totalBytes <= 0)
+        return -1;
+    const auto libre = static_cast<double>(*iphone.libresBytes) / static_cast<double>(*iphone.totalBytes);
+    return std::clamp(1 - libre, 0.0, 1.0);
+}
+
+} // namespace vellora

@@ -1,0 +1,115 @@
+import QtQuick
+import Vellora.Componentes
+
+/// One section in the side list, under the heading of its group when it is the first of it.
+Item {
+    id: raiz
+
+    required property int seccion
+    required property string titulo
+    required property string simbolo
+    required property string cabecera
+    required property string atajo
+    required property bool necesitaCopia
+    required property bool disponible
+    property bool elegida: false
+    property bool hayCopia: true
+
+    readonly property bool cerrada: raiz.necesitaCopia && !raiz.hayCopia
+    readonly property string ayuda: {
+        const partes = [];
+        if (!raiz.disponible)
+            partes.push("Todavía no disponible");
+        if (raiz.cerrada)
+            partes.push("Necesita una copia de seguridad");
+        return partes.join(". ");
+    }
+    readonly property color tinta: raiz.elegida ? Tema.acentoTexto : raiz.disponible ? Tema.texto : Tema.suave
+
+    signal pulsada
+
+    implicitHeight: fila.y + fila.height
+
+    Texto {
+        x: 10
+        y: 16
+        visible: raiz.cabecera !== ""
+        tipo: Texto.Grupo
+        text: raiz.cabecera
+        Accessible.role: Accessible.Heading
+    }
+
+    Shortcut {
+        sequences: raiz.atajo === "" ? [] : ["Ctrl+" + raiz.atajo]
+        enabled: fila.enabled
+        onActivated: raiz.pulsada()
+    }
+
+    HoverHandler {
+        // A control that is off is not told of the pointer, so the row listens for it.
+        enabled: !raiz.disponible
+        onHoveredChanged: hovered ? Ayudas.muestra(fila, raiz.ayuda) : Ayudas.quita(fila)
+    }
+
+    BotonBase {
+        id: fila
+
+        y: raiz.cabecera !== "" ? 39 : 0
+        width: parent.width
+        height: 29
+        activo: raiz.disponible
+        nombre: raiz.disponible ? raiz.titulo : raiz.titulo + ", todavía no disponible"
+        ayuda: raiz.ayuda
+        Accessible.role: Accessible.ListItem
+        Accessible.selected: raiz.elegida
+        Accessible.selectable: raiz.disponible
+        onPulsado: raiz.pulsada()
+        Keys.onDownPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+        Keys.onUpPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+
+        Rectangle {
+            anchors.fill: parent
+            radius: 8
+            color: raiz.elegida ? Tema.acentoSuave : Tema.texto
+            opacity: raiz.elegida ? 1 : fila.encima ? 0.05 : 0
+        }
+
+        Icono {
+            x: 11
+            anchors.verticalCenter: parent.verticalCenter
+            lado: 17
+            opacity: raiz.disponible ? 1 : 0.65
+            simbolo: raiz.simbolo
+            color: raiz.elegida ? Tema.acentoTexto : Tema.suave
+        }
+
+        Texto {
+            x: 40
+            anchors.verticalCenter: parent.verticalCenter
+            color: raiz.tinta
+            font.weight: raiz.elegida ? Font.DemiBold : Font.Normal
+            text: raiz.titulo
+            Accessible.ignored: true
+        }
+
+        Icono {
+            x: parent.width - 64 - lado
+            anchors.verticalCenter: parent.verticalCenter
+            visible: raiz.cerrada
+            lado: 12
+            simbolo: visible ? "lock.fill" : ""
+            color: Tema.suave
+        }
+
+        Texto {
+            x: parent.width - width - 10
+            anchors.verticalCenter: parent.verticalCenter
+            visible: text !== ""
+            tipo: Texto.Menor
+            font.pixelSize: 11
+            color: raiz.elegida ? Tema.acentoTexto : Tema.suave
+            text: raiz.atajo === "" ? "" : "Ctrl " + raiz.atajo
+            Accessible.ignored: true
+        }
+    }
+}
