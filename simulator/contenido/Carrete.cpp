@@ -1,0 +1,81 @@
+#include "contenido/Contexto.h"
+#include "contenido/Exif.h"
+#include "contenido/Pintor.h"
+#include "contenido/Taller.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+using namespace Qt::StringLiterals;
+
+namespace simulado
+{
+
+namespace
+{
+
+QByteArray ajusteAae(const Foto &f)
+{
+    return u"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist "
+           u"version=\"1.0\">\n<dict>\n<key>adjustmentBaseVersion</key><integer>0</integer>\n"
+           "<key>adjustmentData</key><data>%1</data>\n<key>adjustmentEditorBundleID</"
+           "key><string>com.apple.mobileslideshow</string>\n"
+           "<key>adjustmentFormatIdentifier</key><string>com.apple.photo</string>\n<key>adjustmentFormatVersion</"
+           "key><string>1.9</string>\n"
+           "<key>adjustmentRenderTypes</key><integer>0</integer>\n</dict>\n</plist>\n"_s
+               .arg(QString::fromLatin1(f.fichero.toLatin1().toBase64()))
+               .toUtf8();
+}
+
+class Revelador
+{
+public:
+    explicit Revelador(Contexto &contexto) : c(contexto), m_taller(contexto) {}
+
+    void revela(Foto &f)
+    {
+        const auto ruta = c.media(u"DCIM/"_s + f.carpeta + u'/' + f.fichero);
+        if (f.clase == Foto::Aae)
+            c.escribe(ruta, ajusteAae(f));
+        else if (f.clase == Foto::Captura)
+            c.escribe(ruta, comoPng(pintaCaptura(f.motivo, f.ancho, f.alto)));
+        else if (f.esVideo())
+            m_taller.video(ruta, f, m_taller.imagen(f.motivo, f.ancho, f.alto));
+        else
+            foto(ruta, f);
+        f.bytes = QFileInfo(ruta).size();
+        c.fechas[ruta] = f.momento;
+    }
+
+private:
+    void foto(const QString &ruta, const Foto &f)
+    {
+        auto imagen = m_taller.imagen(f.motivo, f.ancho, f.alto);
+        if (f.clase == Foto::Retoque)
+            imagen = imagen.mirrored(true, false);
+        const bool heic = ruta.endsWith(u".HEIC"_s);
+        const auto jpeg = heic ? ruta + u".jpg"_s : ruta;
+        c.escribe(jpeg, comoJpeg(imagen, heic ? 92 : 82));
+        if (!ponExif(jpeg, f))
+            c.fallos << u"No se pudieron escribir los datos de %1"_s.arg(jpeg);
+        if (!heic)
+            return;
+        if (!m_taller.heic(jpeg, ruta, 45))
+            c.fallos << u"No se pudo hacer %1"_s.arg(ruta);
+        QFile::remove(jpeg);
+    }
+
+    Contexto &c;
+    Taller m_taller;
+};
+
+} // namespace
+
+void ponCarrete(Contexto &c)
+{
+    Revelador revelador(c);
+    for (auto &foto : c.carrete)
+        revelador.revela(foto);
+}
+
+} // namespace simulado
