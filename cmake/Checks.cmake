@@ -29,7 +29,7 @@ endif()
 # Known only once every folder has been read.
 function(vellora_late_checks)
   if(TARGET all_qmllint)
-    vellora_check(lint_qml lint ${CMAKE_COMMAND} --build ${CMAKE_BINARY_DIR} --target all_qmllint)
+    vellora_check(lint_qml lint ${CMAKE_COMMAND} --build ${CMAKE_BINARY_DIR} --target all_qmllint -- -k 0)
   endif()
   vellora_check_listed_sources("${PROJECT_SOURCE_DIR}")
 endfunction()

@@ -79,9 +79,7 @@ def unlisted(top):
     """The sources of src/ and simulator/ that no CMakeLists.txt at or above their folder names."""
     for folder in ("src", "simulator"):
         for path in sorted((top / folder).rglob("*")):
-            if path.suffix not in SOURCES or is_listed(top / folder, path):
-                continue
-            if path.suffix != ".h" or not path.with_suffix(".cpp").exists():
+            if path.suffix in (".cpp", ".qml") and not is_listed(top / folder, path):
                 yield path, 1, "no CMakeLists.txt names this file"
 
 
@@ -91,7 +89,7 @@ def is_listed(stop, path):
         if lists.is_file():
             text = lists.read_text(encoding="utf-8")
             name = re.escape(path.relative_to(folder).as_posix())
-            if re.search(rf"(?<![\w./-]){name}(?![\w.])", text) or "GLOB" in text:
+            if re.search(rf"(?<![\w./-]){name}(?![\w.])", text):
                 return True
         if folder == stop:
             return False
