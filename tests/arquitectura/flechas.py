@@ -89,7 +89,7 @@ def is_listed(stop, path):
         if lists.is_file():
             text = lists.read_text(encoding="utf-8")
             name = re.escape(path.relative_to(folder).as_posix())
-            if re.search(rf"(?<![\w./-]){name}(?![\w.])", text):
+            if "file(GLOB" in text or re.search(rf"(?<![\w./-]){name}(?![\w.])", text):
                 return True
         if folder == stop:
             return False
