@@ -6,6 +6,10 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
+#include <atomic>
+#include <thread>
+
 using namespace Qt::StringLiterals;
 
 namespace simulado
@@ -44,7 +48,6 @@ public:
         else
             foto(ruta, f);
         f.bytes = QFileInfo(ruta).size();
-        c.fechas[ruta] = f.momento;
     }
 
 private:
@@ -57,11 +60,11 @@ private:
         const auto jpeg = heic ? ruta + u".jpg"_s : ruta;
         c.escribe(jpeg, comoJpeg(imagen, heic ? 92 : 82));
         if (!ponExif(jpeg, f))
-            c.fallos << u"No se pudieron escribir los datos de %1"_s.arg(jpeg);
+            c.falla(u"No se pudieron escribir los datos de %1"_s.arg(jpeg));
         if (!heic)
             return;
         if (!m_taller.heic(jpeg, ruta, 45))
-            c.fallos << u"No se pudo hacer %1"_s.arg(ruta);
+            c.falla(u"No se pudo hacer %1"_s.arg(ruta));
         QFile::remove(jpeg);
     }
 
@@ -74,8 +77,20 @@ private:
 void ponCarrete(Contexto &c)
 {
     Revelador revelador(c);
-    for (auto &foto : c.carrete)
-        revelador.revela(foto);
+    // Each picture depends on nothing but its own plan: what thread makes it does not show in the result.
+    std::atomic<size_t> siguiente = 0;
+    const auto trabaja = [&] {
+        for (size_t i = siguiente++; i < c.carrete.size(); i = siguiente++)
+            revelador.revela(c.carrete[i]);
+    };
+    {
+        std::vector<std::jthread> hilos;
+        for (unsigned i = 1; i < std::clamp(std::thread::hardware_concurrency(), 1U, 8U); ++i)
+            hilos.emplace_back(trabaja);
+        trabaja();
+    }
+    for (const auto &foto : c.carrete)
+        c.fechas[c.media(u"DCIM/"_s + foto.carpeta + u'/' + foto.fichero)] = foto.momento;
 }
 
 } // namespace simulado

@@ -36,18 +36,24 @@ QString Contexto::media(const QString &ruta)
     return conCarpeta(raiz + u"/media/"_s + ruta);
 }
 
+void Contexto::falla(const QString &motivo)
+{
+    const std::lock_guard cerrojo(m_cerrojo);
+    fallos << motivo;
+}
+
 QString Contexto::escribe(const QString &ruta, const QByteArray &datos)
 {
     QFile fichero(conCarpeta(ruta));
     if (!fichero.open(QIODevice::WriteOnly) || fichero.write(datos) != datos.size() || !fichero.flush())
-        fallos << u"No se pudo escribir %1: %2"_s.arg(ruta, fichero.errorString());
+        falla(u"No se pudo escribir %1: %2"_s.arg(ruta, fichero.errorString()));
     return ruta;
 }
 
 void Contexto::recoge(const Base &base)
 {
     if (!base.motivo().isEmpty())
-        fallos << base.motivo();
+        falla(base.motivo());
 }
 
 } // namespace simulado

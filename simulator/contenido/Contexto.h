@@ -8,6 +8,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <mutex>
 #include <optional>
 #include <vector>
 
@@ -95,13 +96,18 @@ struct Contexto {
     QString dominio(const char *nombre, const QString &ruta);
     /// The same under the root of the media partition.
     QString media(const QString &ruta);
-    /// Writes one file; a failure is noted. Returns its path.
+    /// Notes a failure; any thread.
+    void falla(const QString &motivo);
+    /// Writes one file; a failure is noted. Returns its path. Any thread, as are the paths above.
     QString escribe(const QString &ruta, const QByteArray &datos);
     /// Takes over the failure of a database, if any.
     void recoge(const Base &base);
+
+private:
+    std::mutex m_cerrojo; ///< of `fallos`
 };
 
-/// Makers, one file each. All run on one thread and in a fixed order.
+/// Makers, one file each, called in a fixed order.
 std::vector<Persona> inventaGente(const OpcionesContenido &opciones);
 void ponDatosDelTelefono(Contexto &c);
 void ponAplicaciones(Contexto &c);

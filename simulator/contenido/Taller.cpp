@@ -11,6 +11,7 @@
 #include <QStandardPaths>
 
 #include <cstdio>
+#include <mutex>
 
 using namespace Qt::StringLiterals;
 
@@ -20,6 +21,8 @@ namespace simulado
 static void avisa(const char *que)
 {
     static QStringList dichos;
+    static std::mutex cerrojo;
+    const std::lock_guard candado(cerrojo);
     if (!dichos.contains(QLatin1String(que))) {
         dichos << QLatin1String(que);
         std::fprintf(stderr, "phone contents: %s\n", que);
