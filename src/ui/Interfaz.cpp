@@ -23,7 +23,7 @@ namespace vellora
 void prepararAspecto()
 {
     QFont letra;
-    letra.setFamilies({QStringLiteral("Inter"), QStringLiteral("Noto Sans"), QStringLiteral("Noto Color Emoji")});
+    letra.setFamily(QStringLiteral("Inter"));
     letra.setPixelSize(14);
     QGuiApplication::setFont(letra);
 }

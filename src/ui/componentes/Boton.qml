@@ -52,7 +52,6 @@ BotonBase {
 
         Texto {
             tipo: raiz.clase === Boton.Callado ? Texto.Menor : Texto.Cuerpo
-            font.pixelSize: raiz.clase === Boton.Callado ? 12 : 13
             font.weight: raiz.clase === Boton.Callado ? Font.Medium : Font.DemiBold
             color: raiz.tinta
             text: raiz.texto

@@ -32,6 +32,16 @@ void Cargador::ponContenido(QQmlComponent *nuevo)
     cargar();
 }
 
+void Cargador::ponFuente(const QUrl &nueva)
+{
+    if (nueva == fuente_)
+        return;
+    fuente_ = nueva;
+    emit fuenteCambio();
+    soltar();
+    cargar();
+}
+
 void Cargador::componentComplete()
 {
     QQuickItem::componentComplete();
@@ -61,26 +71,37 @@ void Cargador::soltar()
 
 void Cargador::cargar()
 {
-    if (!activo_ || !contenido_) {
+    if (!activo_) {
         soltar();
         return;
     }
     if (item_ || !isComponentComplete())
         return;
-    auto *contexto = contenido_->creationContext();
-    auto *objeto = contenido_->beginCreate(contexto ? contexto : qmlContext(this));
+    if (contenido_) {
+        auto *contexto = contenido_->creationContext();
+        hacer(*contenido_, contexto ? contexto : qmlContext(this));
+    } else if (!fuente_.isEmpty()) {
+        QQmlComponent componente(qmlEngine(this), fuente_);
+        hacer(componente, qmlContext(this));
+    }
+}
+
+void Cargador::hacer(QQmlComponent &componente, QQmlContext *contexto)
+{
+    auto *objeto = componente.beginCreate(contexto);
     auto *nuevo = qobject_cast<QQuickItem *>(objeto);
     if (!nuevo) {
-        qmlWarning(this, contenido_->errors());
+        qmlWarning(this, componente.errors());
         delete objeto;
         return;
     }
+    componente.setInitialProperties(nuevo, propiedades_);
     QQmlEngine::setObjectOwnership(nuevo, QQmlEngine::CppOwnership);
     nuevo->setParent(this);
     nuevo->setParentItem(this);
     item_ = nuevo;
     nuevo->setSize(size());
-    contenido_->completeCreate();
+    componente.completeCreate();
     connect(nuevo, &QQuickItem::implicitWidthChanged, this, &Cargador::ajustar);
     connect(nuevo, &QQuickItem::implicitHeightChanged, this, &Cargador::ajustar);
     ajustar();

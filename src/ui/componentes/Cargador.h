@@ -2,9 +2,12 @@
 
 #include <QPointer>
 #include <QQuickItem>
+#include <QUrl>
+#include <QVariantMap>
 #include <qqmlregistration.h>
 
 class QQmlComponent;
+class QQmlContext;
 
 namespace vellora
 {
@@ -18,6 +21,10 @@ class Cargador : public QQuickItem
     Q_CLASSINFO("DefaultProperty", "contenido")
     Q_PROPERTY(bool activo READ activo WRITE ponActivo NOTIFY activoCambio)
     Q_PROPERTY(QQmlComponent *contenido READ contenido WRITE ponContenido NOTIFY contenidoCambio)
+    /// In place of `contenido`: a file to read when it is needed, and the properties it is made with. They are not
+    /// followed afterwards.
+    Q_PROPERTY(QUrl fuente READ fuente WRITE ponFuente NOTIFY fuenteCambio)
+    Q_PROPERTY(QVariantMap propiedades MEMBER propiedades_ NOTIFY propiedadesCambio)
     /// Null while nothing is loaded.
     Q_PROPERTY(QQuickItem *item READ item NOTIFY itemCambio)
 
@@ -28,11 +35,15 @@ public:
     void ponActivo(bool valor);
     QQmlComponent *contenido() const { return contenido_; }
     void ponContenido(QQmlComponent *nuevo);
+    QUrl fuente() const { return fuente_; }
+    void ponFuente(const QUrl &nueva);
     QQuickItem *item() const { return item_; }
 
 signals:
     void activoCambio();
     void contenidoCambio();
+    void fuenteCambio();
+    void propiedadesCambio();
     void itemCambio();
 
 protected:
@@ -42,9 +53,12 @@ protected:
 private:
     void soltar();
     void cargar();
+    void hacer(QQmlComponent &componente, QQmlContext *contexto);
     void ajustar();
 
     QPointer<QQmlComponent> contenido_;
+    QUrl fuente_;
+    QVariantMap propiedades_;
     QPointer<QQuickItem> item_;
     bool activo_ = true;
 };

@@ -6,10 +6,8 @@ import Vellora.Sesion
 Pagina {
     id: raiz
 
+    required property Modelo modelo
     required property Copias copias
-    required property bool hayIPhone
-    /// A job is running, so no other may begin.
-    required property bool ocupado
 
     titulo: "Copias y datos"
 
@@ -47,7 +45,7 @@ Pagina {
 
             width: rejilla.anchoDeCelda
             height: rejilla.altoDeCelda
-            activo: raiz.hayIPhone && !raiz.ocupado
+            activo: raiz.modelo.hayIPhone && !raiz.modelo.tarea.enMarcha
             simbolo: "externaldrive.badge.timemachine"
             titulo: "Hacer la copia ahora"
             pie: raiz.copias.pieDeHacerCopia

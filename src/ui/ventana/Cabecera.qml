@@ -18,16 +18,21 @@ Rectangle {
 
     color: Tema.tarjeta
 
-    NombreDeIPhone {
+    Cargador {
         anchors.left: parent.left
         anchors.leftMargin: 16
         anchors.right: derecha.left
         anchors.rightMargin: 16
         anchors.verticalCenter: parent.verticalCenter
-        visible: raiz.modelo.hayIPhone
-        iphone: raiz.iphone
-        variosIPhones: raiz.modelo.dispositivos.length > 1
-        onPulsado: raiz.pideIPhones(this)
+        activo: raiz.modelo.hayIPhone
+
+        NombreDeIPhone {
+            id: nombre
+
+            iphone: raiz.iphone
+            variosIPhones: raiz.modelo.dispositivos.length > 1
+            onPulsado: raiz.pideIPhones(nombre)
+        }
     }
 
     Cargador {
@@ -49,40 +54,27 @@ Rectangle {
         anchors.verticalCenter: parent.verticalCenter
         spacing: raiz.estrecha ? 10 : 14
 
-        Rectangle {
+        Cargador {
             anchors.verticalCenter: parent.verticalCenter
-            visible: raiz.modelo.hayIPhone && carga.text !== ""
-            width: carga.x + carga.implicitWidth + 11
-            height: 28
-            radius: 14
-            color: Tema.tarjeta
-            border.width: 1
-            border.color: Tema.borde
+            activo: raiz.modelo.hayIPhone
+            visible: activo
 
-            Icono {
-                x: 11
-                anchors.verticalCenter: parent.verticalCenter
-                lado: 17
-                simbolo: Rotulos.simboloDeBateria(raiz.iphone)
-                color: Rotulos.bateriaBaja(raiz.iphone) ? Tema.mal : Tema.bien
+            Row {
+                spacing: derecha.spacing
+
+                BateriaDeIPhone {
+                    anchors.verticalCenter: parent.verticalCenter
+                    iphone: raiz.iphone
+                    breve: raiz.estrecha
+                }
+
+                EspacioDeIPhone {
+                    anchors.verticalCenter: parent.verticalCenter
+                    width: raiz.estrecha ? 140 : 170
+                    visible: valor >= 0
+                    iphone: raiz.iphone
+                }
             }
-
-            Texto {
-                id: carga
-
-                x: 35
-                anchors.verticalCenter: parent.verticalCenter
-                tipo: Texto.Menor
-                text: raiz.estrecha ? Rotulos.carga(raiz.iphone) : Rotulos.bateria(raiz.iphone)
-                Accessible.name: "Batería: " + Rotulos.bateria(raiz.iphone)
-            }
-        }
-
-        EspacioDeIPhone {
-            anchors.verticalCenter: parent.verticalCenter
-            width: raiz.estrecha ? 136 : 170
-            visible: raiz.modelo.hayIPhone && valor >= 0
-            iphone: raiz.iphone
         }
 
         BotonDeSimbolo {
@@ -94,9 +86,11 @@ Rectangle {
         }
 
         BotonAvisos {
+            id: campana
+
             anchors.verticalCenter: parent.verticalCenter
             diario: raiz.modelo.diario
-            onPulsado: raiz.pideAvisos(this)
+            onPulsado: raiz.pideAvisos(campana)
         }
     }
 

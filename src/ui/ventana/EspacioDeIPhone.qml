@@ -13,14 +13,12 @@ Item {
 
     Texto {
         tipo: Texto.Menor
-        font.pixelSize: 11
         text: Rotulos.libres(raiz.iphone)
     }
 
     Texto {
         anchors.right: parent.right
         tipo: Texto.Menor
-        font.pixelSize: 11
         text: Rotulos.capacidad(raiz.iphone)
     }
 

@@ -1,3 +1,4 @@
+pragma ComponentBehavior: Bound
 import QtQuick
 import Vellora.Componentes
 
@@ -30,19 +31,16 @@ Item {
 
     implicitHeight: fila.y + fila.height
 
-    Texto {
+    Cargador {
         x: 10
         y: 16
-        visible: raiz.cabecera !== ""
-        tipo: Texto.Grupo
-        text: raiz.cabecera
-        Accessible.role: Accessible.Heading
-    }
+        activo: raiz.cabecera !== ""
 
-    Shortcut {
-        sequences: raiz.atajo === "" ? [] : ["Ctrl+" + raiz.atajo]
-        enabled: fila.enabled
-        onActivated: raiz.pulsada()
+        Texto {
+            tipo: Texto.Grupo
+            text: raiz.cabecera
+            Accessible.role: Accessible.Heading
+        }
     }
 
     HoverHandler {
@@ -92,13 +90,16 @@ Item {
             Accessible.ignored: true
         }
 
-        Icono {
-            x: parent.width - 64 - lado
+        Cargador {
+            x: parent.width - 76
             anchors.verticalCenter: parent.verticalCenter
-            visible: raiz.cerrada
-            lado: 12
-            simbolo: visible ? "lock.fill" : ""
-            color: Tema.suave
+            activo: raiz.cerrada
+
+            Icono {
+                lado: 12
+                simbolo: "lock.fill"
+                color: Tema.suave
+            }
         }
 
         Texto {
@@ -106,7 +107,6 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             visible: text !== ""
             tipo: Texto.Menor
-            font.pixelSize: 11
             color: raiz.elegida ? Tema.acentoTexto : Tema.suave
             text: raiz.atajo === "" ? "" : "Ctrl " + raiz.atajo
             Accessible.ignored: true

@@ -8,8 +8,8 @@ import Vellora.Ventana
 Rectangle {
     id: raiz
 
-    required property Tarea tarea
-    property real altoMaximo: 400
+    required property Modelo modelo
+    readonly property Tarea tarea: raiz.modelo.tarea
     property bool verRegistro: false
     property int latido: 0
 
@@ -20,8 +20,6 @@ Rectangle {
     readonly property int porcentaje: (raiz.tarea.detalle, raiz.tarea.porcentajeODesconocido())
     // The estimate changes by the mere passing of time, too.
     readonly property string quedan: (raiz.tarea.detalle, raiz.latido, raiz.tarea.quedan())
-
-    signal pideCarpeta(carpeta: string)
 
     implicitHeight: columna.height + 26
     color: Tema.tarjeta
@@ -73,7 +71,7 @@ Rectangle {
                 conCarpeta: raiz.tarea.carpetaResultado !== ""
                 onPideCancelar: raiz.tarea.cancelar()
                 onPideCerrar: raiz.tarea.cerrarAviso()
-                onPideCarpeta: raiz.pideCarpeta(raiz.tarea.carpetaResultado)
+                onPideCarpeta: raiz.modelo.abrirEnFinder(raiz.tarea.carpetaResultado)
             }
         }
 
@@ -101,7 +99,7 @@ Rectangle {
 
             RegistroDeTarea {
                 lineas: raiz.tarea.registro
-                altoMaximo: Math.min(220, raiz.altoMaximo - 120)
+                altoMaximo: Math.max(80, Math.min(220, raiz.Window.height - 400))
             }
         }
     }

@@ -13,15 +13,15 @@ struct Datos {
     const char16_t *simbolo;
     bool necesitaElIPhone = false;
     bool necesitaCopia = false;
-    bool disponible = false;
+    const char16_t *vista = nullptr;
 };
 
 // In the order of the enumeration.
 constexpr std::array<Datos, Secciones::Actualizar + 1> tabla{{
-    {u"Resumen", u"iphone.gen3", true, false, true},
+    {u"Resumen", u"iphone.gen3", true, false, u"Ventana/PanelResumen"},
     {u"Fotos", u"photo.on.rectangle.angled"},
     {u"Buscar fotos", u"sparkle.magnifyingglass"},
-    {u"Copias y datos", u"externaldrive.badge.timemachine", false, false, true},
+    {u"Copias y datos", u"externaldrive.badge.timemachine", false, false, u"Copias/PanelCopias"},
     {u"Buscar en todo", u"text.magnifyingglass"},
     {u"Personas", u"person.2.crop.square.stack"},
     {u"En números", u"chart.bar.xaxis"},
@@ -105,7 +105,7 @@ std::optional<QString> Secciones::atajo(Seccion seccion)
 
 bool Secciones::disponible(Seccion seccion)
 {
-    return datosDe(seccion).disponible;
+    return datosDe(seccion).vista != nullptr;
 }
 
 Secciones::Contenido Secciones::contenido(Seccion seccion, bool hayHerramientas, bool hayIPhone)
@@ -113,6 +113,20 @@ Secciones::Contenido Secciones::contenido(Seccion seccion, bool hayHerramientas,
     if (!hayHerramientas)
         return FaltanHerramientas;
     return !hayIPhone && necesitaElIPhone(seccion) ? SinIPhone : LaSeccion;
+}
+
+int Secciones::porAtajo(int tecla)
+{
+    const auto lugar = tecla - Qt::Key_1;
+    if (lugar < 0 || lugar > 8)
+        return -1;
+    return disponible(static_cast<Seccion>(lugar)) ? lugar : -1;
+}
+
+QString Secciones::vista(Seccion seccion)
+{
+    const auto *fichero = datosDe(seccion).vista;
+    return fichero ? QStringLiteral("qrc:/qt/qml/Vellora/%1.qml").arg(QString::fromUtf16(fichero)) : QString();
 }
 
 QString Secciones::enumerar(const QStringList &piezas)

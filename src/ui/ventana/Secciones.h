@@ -70,11 +70,15 @@ public:
     static bool necesitaCopia(Seccion seccion);
     /// The digit that opens it with Ctrl; absent from the tenth on.
     static std::optional<QString> atajo(Seccion seccion);
-    /// False while the section is still to come.
     static bool disponible(Seccion seccion);
 
     Q_INVOKABLE static vellora::Secciones::Contenido contenido(vellora::Secciones::Seccion seccion,
                                                                bool hayHerramientas, bool hayIPhone);
+    /// The section that Ctrl and this key (Qt::Key) open; -1 when there is none, or it is still to come.
+    Q_INVOKABLE static int porAtajo(int tecla);
+    /// The file of the section's view, which takes the properties `modelo` and `copias`; empty while it is still to
+    /// come.
+    Q_INVOKABLE static QString vista(vellora::Secciones::Seccion seccion);
     /// "libimobiledevice y pymobiledevice3"
     Q_INVOKABLE static QString enumerar(const QStringList &piezas);
 

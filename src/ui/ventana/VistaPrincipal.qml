@@ -1,39 +1,46 @@
 pragma ComponentBehavior: Bound
 import QtQuick
 import Vellora.Componentes
-import Vellora.Copias
 import Vellora.Sesion
 import Vellora.Ventana
 
-/// Decides what the window shows: side list, header, the section in view, the job's strip, and what comes over them.
+/// Lays out the window: side list, header, the section in view, the job's strip, and what comes over them. What is not
+/// seen at the start is read from its file when it is needed.
 FocusScope {
     id: raiz
 
     required property Modelo modelo
     required property Copias copias
     required property list<string> falta
-    property int seccion: Secciones.Resumen
-
-    readonly property int contenido: secciones.contenido(raiz.seccion, raiz.falta.length === 0, raiz.modelo.hayIPhone)
-    readonly property bool completa: raiz.contenido !== Secciones.FaltanHerramientas
 
     Secciones {
         id: secciones
     }
 
-    Shortcut {
-        sequences: ["F5"]
-        enabled: raiz.completa
-        onActivated: raiz.modelo.refrescar(false)
+    EstadoDeVentana {
+        id: estado
+
+        modelo: raiz.modelo
+        secciones: secciones
+        hayHerramientas: raiz.falta.length === 0
+    }
+
+    Keys.onPressed: tecla => {
+        if (estado.hayCapa || !estado.hayHerramientas)
+            return;
+        const cual = tecla.modifiers === Qt.ControlModifier ? secciones.porAtajo(tecla.key) : -1;
+        tecla.accepted = cual >= 0 || tecla.key === Qt.Key_F5;
+        if (cual >= 0)
+            estado.seccion = cual;
+        else if (tecla.key === Qt.Key_F5)
+            raiz.modelo.refrescar(false);
     }
 
     Item {
-        id: base
-
         anchors.fill: parent
         // While something lies over the window the keyboard must not wander behind it.
-        enabled: !capas.abierta
-        visible: raiz.completa
+        enabled: !estado.hayCapa
+        visible: estado.hayHerramientas
 
         ListaDeSecciones {
             id: lista
@@ -41,9 +48,9 @@ FocusScope {
             width: 236
             height: parent.height
             secciones: secciones
-            actual: raiz.seccion
+            actual: estado.seccion
             hayCopia: raiz.copias.ultimaCopia !== "nunca"
-            onElegida: cual => raiz.seccion = cual
+            onElegida: cual => estado.seccion = cual
         }
 
         Cabecera {
@@ -53,80 +60,72 @@ FocusScope {
             anchors.right: parent.right
             height: 64
             modelo: raiz.modelo
-            onPideAvisos: boton => capas.abreAvisos(boton)
-            onPideIPhones: boton => capas.abreIPhones(boton)
+            onPideAvisos: boton => estado.abre(EstadoDeVentana.Avisos, boton)
+            onPideIPhones: boton => estado.abre(EstadoDeVentana.IPhones, boton)
         }
 
-        Cargador {
-            id: contenido
-
+        Item {
             anchors.left: lista.right
             anchors.right: parent.right
             anchors.top: cabecera.bottom
             anchors.bottom: pie.top
-            contenido: {
-                if (raiz.contenido === Secciones.SinIPhone)
-                    return sinIPhone;
-                return raiz.seccion === Secciones.Copias ? copiasYDatos : resumen;
+
+            Cargador {
+                anchors.fill: parent
+                activo: estado.contenido === Secciones.SinIPhone
+
+                VistaSinIPhone {
+                    buscando: raiz.modelo.buscando
+                    onReintentar: raiz.modelo.refrescar(false)
+                }
+            }
+
+            Cargador {
+                anchors.fill: parent
+                activo: estado.contenido === Secciones.LaSeccion
+                fuente: secciones.vista(estado.seccion)
+                propiedades: ({
+                        modelo: raiz.modelo,
+                        copias: raiz.copias
+                    })
             }
         }
 
-        PieDeTarea {
+        Cargador {
             id: pie
+
+            readonly property Tarea tarea: raiz.modelo.tarea
 
             anchors.left: lista.right
             anchors.right: parent.right
             anchors.bottom: parent.bottom
-            altoMaximo: raiz.height - cabecera.height - 120
-            tarea: raiz.modelo.tarea
-            onPideCarpeta: carpeta => raiz.modelo.abrirEnFinder(carpeta)
-        }
-    }
-
-    Component {
-        id: sinIPhone
-
-        VistaSinIPhone {
-            buscando: raiz.modelo.buscando
-            onReintentar: raiz.modelo.refrescar(false)
-        }
-    }
-
-    Component {
-        id: resumen
-
-        PanelResumen {
-            modelo: raiz.modelo
-            copias: raiz.copias
-        }
-    }
-
-    Component {
-        id: copiasYDatos
-
-        PanelCopias {
-            copias: raiz.copias
-            hayIPhone: raiz.modelo.hayIPhone
-            ocupado: raiz.modelo.tarea.enMarcha
+            activo: !pie.tarea.oculta && (pie.tarea.enMarcha || pie.tarea.terminada)
+            fuente: "qrc:/qt/qml/Vellora/Ventana/PanelTarea.qml"
+            propiedades: ({
+                    modelo: raiz.modelo
+                })
         }
     }
 
     Cargador {
         anchors.fill: parent
-        activo: !raiz.completa
+        activo: !estado.hayHerramientas
 
         VistaFaltanHerramientas {
             falta: secciones.enumerar(raiz.falta)
         }
     }
 
-    Capas {
-        id: capas
-
+    Cargador {
         anchors.fill: parent
-        modelo: raiz.modelo
-        copias: raiz.copias
-        permitida: raiz.completa
+        focus: activo
+        activo: estado.hayCapa
+        fuente: "qrc:/qt/qml/Vellora/Ventana/Capas.qml"
+        propiedades: ({
+                modelo: raiz.modelo,
+                copias: raiz.copias,
+                estado: estado
+            })
     }
 
     CartelDeAyuda {}
