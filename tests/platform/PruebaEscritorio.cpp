@@ -68,7 +68,7 @@ void PruebaEscritorio::elCerrojoSeTomaUnaVezYSeSuelta()
         desvelador.despierta();
         desvelador.puedeDormir(); // before the answer has come
         QTest::qWait(300);
-        QCOMPARE(descriptores(), antes);
+        QTRY_COMPARE(descriptores(), antes);
         desvelador.despierta();
         QTRY_COMPARE(descriptores(), antes + 1);
     }
