@@ -16,15 +16,15 @@ QtObject {
     function muestra(control: Item, texto: string) {
         if (texto === "")
             return;
+        raiz.espera.restart();
         raiz.texto = texto;
         raiz.sobre = control;
-        raiz.espera.restart();
     }
 
     function quita(control: Item) {
         if (raiz.sobre !== control)
             return;
-        raiz.espera.stop();
         raiz.sobre = null;
+        raiz.espera.stop();
     }
 }

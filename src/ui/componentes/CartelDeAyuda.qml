@@ -5,19 +5,19 @@ import Vellora.Componentes
 Rectangle {
     id: raiz
 
-    readonly property Item sobre: Ayudas.sobre
     readonly property real anchoMaximo: 280
 
     function coloca() {
-        const lugar = raiz.sobre.mapToItem(raiz.parent, 0, 0);
-        const centrado = lugar.x + (raiz.sobre.width - raiz.width) / 2;
+        const control = Ayudas.sobre;
+        const lugar = control.mapToItem(raiz.parent, 0, 0);
+        const centrado = lugar.x + (control.width - raiz.width) / 2;
         raiz.x = Math.round(Math.max(8, Math.min(centrado, raiz.parent.width - raiz.width - 8)));
-        const debajo = lugar.y + raiz.sobre.height + 6;
+        const debajo = lugar.y + control.height + 6;
         raiz.y = Math.round(debajo + raiz.height > raiz.parent.height ? lugar.y - raiz.height - 6 : debajo);
     }
 
     visible: Ayudas.visible
-    onVisibleChanged: if (visible) coloca()
+    onVisibleChanged: if (visible && Ayudas.sobre) coloca()
     width: Math.min(letrero.implicitWidth, raiz.anchoMaximo) + 20
     height: letrero.height + 12
     radius: 6

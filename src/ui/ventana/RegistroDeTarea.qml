@@ -17,13 +17,12 @@ Rectangle {
     Desplazable {
         id: rollo
 
-        readonly property bool alFinal: contentY >= contentHeight - height - 24
         property bool sigue: true
 
         anchors.fill: parent
         anchors.margins: 1
         contentHeight: texto.height + 18
-        onMovementEnded: sigue = alFinal
+        onMovementEnded: sigue = contentY >= contentHeight - height - 24
         onContentHeightChanged: if (sigue) contentY = Math.max(0, contentHeight - height)
 
         TextEdit {

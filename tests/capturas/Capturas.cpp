@@ -1,0 +1,257 @@
+#include "backups/Copias.h"
+#include "capturas/Fotografo.h"
+#include "core/Herramientas.h"
+#include "platform/Apariencia.h"
+#include "session/Modelo.h"
+#include "support/TelefonoSimulado.h"
+#include "ui/Interfaz.h"
+#include "ventana/Manos.h"
+
+#include <QGuiApplication>
+#include <QJsonObject>
+#include <QQuickWindow>
+#include <QTest>
+
+#include <cstdio>
+
+using namespace Qt::StringLiterals;
+using namespace vellora;
+
+namespace
+{
+
+/// The real window on the simulated phone, and the story that its pictures tell.
+class Sesion
+{
+public:
+    explicit Sesion(const QString &carpeta) : fotografo(carpeta)
+    {
+        QObject::connect(&modelo, &Modelo::refrescado, &modelo, [this] { modelo.comprobarAcceso(); });
+    }
+
+    bool cuenta();
+    bool soloElMarco();
+
+private:
+    bool abre(const QStringList &falta = {});
+    void pulsa(const QString &nombre);
+    void tecla(Qt::Key cual, Qt::KeyboardModifiers con = {}) { QTest::keyClick(ventana, cual, con); }
+    void manda(const QJsonObject &orden);
+    void manda(const QString &orden) { manda(QJsonObject{{u"orden"_s, orden}, {u"telefono"_s, telefono.udid()}}); }
+    void frena(int bytesPorSegundo);
+    void refresca();
+    void espera(const char *que, const std::function<bool()> &cosa, int segundos = 60);
+    void foto(const QString &nombre, const QList<int> &anchos = {960, 1280})
+    {
+        fotografo.retrata(*ventana, nombre, anchos);
+    }
+
+    void sinTelefono();
+    void recienConectado();
+    void unaCopia();
+    void unaCopiaQueFalla();
+    void dosTelefonos();
+    void telefonoBloqueado();
+    bool acaba() const;
+
+    TelefonoSimulado telefono;
+    Apariencia apariencia;
+    Modelo modelo;
+    Copias copias{modelo, [](const QString &) {
+                      return true;
+                  }};
+    std::unique_ptr<QQmlApplicationEngine> motor;
+    QQuickWindow *ventana = nullptr;
+    Fotografo fotografo;
+    bool bien = true;
+};
+
+bool Sesion::abre(const QStringList &falta)
+{
+    motor = std::make_unique<QQmlApplicationEngine>();
+    ventana = abrirVentanaPrincipal(*motor, {modelo, copias, apariencia, falta});
+    return ventana && QTest::qWaitForWindowActive(ventana);
+}
+
+void Sesion::pulsa(const QString &nombre)
+{
+    if (Manos::pulsar(*ventana, nombre))
+        return;
+    std::fprintf(stderr, "There is nothing to press named \"%s\"\n", qUtf8Printable(nombre));
+    bien = false;
+}
+
+void Sesion::manda(const QJsonObject &orden)
+{
+    const auto respuesta = telefono.orden(orden);
+    if (respuesta.value(u"bien"_s).toBool())
+        return;
+    std::fprintf(stderr, "The phone refused an order: %s\n", qUtf8Printable(respuesta.value(u"motivo"_s).toString()));
+    bien = false;
+}
+
+void Sesion::frena(int bytesPorSegundo)
+{
+    manda(QJsonObject{
+        {u"orden"_s, u"frenar"_s}, {u"telefono"_s, telefono.udid()}, {u"bytes_por_segundo"_s, bytesPorSegundo}});
+}
+
+void Sesion::espera(const char *que, const std::function<bool()> &cosa, int segundos)
+{
+    if (QTest::qWaitFor(cosa, segundos * 1000))
+        return;
+    std::fprintf(stderr, "Waited in vain for: %s\n", que);
+    bien = false;
+}
+
+void Sesion::refresca()
+{
+    modelo.refrescar(false);
+    espera("a refresh", [this] { return !modelo.buscando(); });
+}
+
+void Sesion::sinTelefono()
+{
+    manda(u"desconectar"_s);
+    refresca();
+    foto(u"sin-iphone"_s);
+    fotografo.retrata(*ventana, u"sin-iphone-buscando"_s, {960, 1280}, [this] { modelo.refrescar(false); });
+    tecla(Qt::Key_4, Qt::ControlModifier);
+    foto(u"copias-sin-iphone"_s, {1280});
+    tecla(Qt::Key_1, Qt::ControlModifier);
+}
+
+void Sesion::recienConectado()
+{
+    manda(u"conectar"_s);
+    refresca();
+    espera("the welcome of a new phone", [this] { return modelo.iPhoneNuevo().has_value(); });
+    QTest::qWait(300);
+    foto(u"bienvenida"_s);
+    pulsa(u"Trabajar directamente, sin copia"_s);
+    foto(u"resumen"_s, {960, 1280, 1920});
+    tecla(Qt::Key_4, Qt::ControlModifier);
+    foto(u"copias"_s, {960, 1280, 1920});
+    pulsa(u"Avisos. 0 en marcha, 0 con problemas"_s);
+    foto(u"avisos-vacio"_s);
+    tecla(Qt::Key_Escape);
+}
+
+void Sesion::unaCopia()
+{
+    frena(100'000);
+    pulsa(u"Hacer la copia ahora"_s);
+    foto(u"copias-empieza"_s, {1280});
+    espera(
+        "a backup that tells how long it will take", [this] { return !modelo.tarea().quedan().isEmpty(); }, 120);
+    foto(u"copias-en-marcha"_s, {960, 1280, 1920});
+    pulsa(u"Avisos. 1 en marcha, 0 con problemas"_s);
+    foto(u"avisos-en-marcha"_s, {1280});
+    tecla(Qt::Key_Escape);
+    frena(0);
+    espera(
+        "the end of the backup", [this] { return !modelo.tarea().enMarcha(); }, 120);
+    bien &= modelo.tarea().terminadaBien() == true;
+    foto(u"copias-terminada"_s);
+    pulsa(u"Cerrar este aviso"_s);
+}
+
+void Sesion::unaCopiaQueFalla()
+{
+    manda(u"bloquear"_s);
+    pulsa(u"Hacer la copia ahora"_s);
+    espera(
+        "the failure of the backup", [this] { return !modelo.tarea().enMarcha(); }, 120);
+    bien &= modelo.tarea().terminadaBien() == false;
+    manda(u"desbloquear"_s);
+    foto(u"copias-fallida"_s);
+    pulsa(u"Ver detalles"_s);
+    foto(u"copias-fallida-detalles"_s);
+    pulsa(u"Cerrar este aviso"_s);
+    foto(u"avisos-con-problema"_s, {1280});
+    pulsa(u"Avisos. 0 en marcha, 1 con problemas"_s);
+    foto(u"avisos-lleno"_s);
+    tecla(Qt::Key_Escape);
+}
+
+void Sesion::dosTelefonos()
+{
+    const QJsonObject otro{{u"udid"_s, u"00008110-0000111122B2B2B2"_s},
+                           {u"nombre"_s, u"iPhone de Luis"_s},
+                           {u"producto"_s, u"iPhone14,5"_s},
+                           {u"version"_s, u"16.7.8"_s}};
+    manda(QJsonObject{{u"orden"_s, u"anadir"_s}, {u"telefono"_s, otro}});
+    tecla(Qt::Key_1, Qt::ControlModifier);
+    refresca();
+    espera("the second phone", [this] { return modelo.dispositivos().size() == 2; });
+    foto(u"dos-iphones"_s);
+    pulsa(u"iPhone de Marta. Elegir otro iPhone"_s);
+    foto(u"dos-iphones-elegir"_s);
+    tecla(Qt::Key_Escape);
+}
+
+void Sesion::telefonoBloqueado()
+{
+    if (!Herramientas::pymobiledevice()) {
+        std::fprintf(stderr, "Skipped: the warning of a locked phone (pymobiledevice3 is not installed)\n");
+        return;
+    }
+    manda(u"bloquear"_s);
+    modelo.comprobarAcceso();
+    espera("the warning of a locked phone", [this] { return modelo.avisoAcceso().has_value(); });
+    foto(u"resumen-bloqueado"_s);
+}
+
+bool Sesion::acaba() const
+{
+    std::printf("%d capturas\n", fotografo.hechas());
+    return bien && fotografo.todasGuardadas();
+}
+
+bool Sesion::cuenta()
+{
+    if (!telefono.listo()) {
+        std::fprintf(stderr, "%s\n", qUtf8Printable(telefono.motivo()));
+        return false;
+    }
+    espera("the first reading", [this] { return !modelo.buscando(); });
+    if (!abre({u"libimobiledevice"_s, u"pymobiledevice3"_s}))
+        return false;
+    foto(u"faltan-herramientas"_s);
+    if (!abre())
+        return false;
+    sinTelefono();
+    recienConectado();
+    unaCopia();
+    unaCopiaQueFalla();
+    dosTelefonos();
+    telefonoBloqueado();
+    return acaba();
+}
+
+bool Sesion::soloElMarco()
+{
+    espera("the first reading", [this] { return modelo.iPhoneNuevo().has_value(); });
+    modelo.marcarConocido(telefono.udid());
+    if (!abre())
+        return false;
+    foto(u"resumen-doble"_s);
+    tecla(Qt::Key_4, Qt::ControlModifier);
+    foto(u"copias-doble"_s);
+    return acaba();
+}
+
+} // namespace
+
+/// capturas DIR: every view and state of the window. capturas DIR marco: only the two sections, for other scales.
+int main(int argc, char **argv)
+{
+    QGuiApplication app(argc, argv);
+    const auto argumentos = QGuiApplication::arguments();
+    if (argumentos.size() < 2)
+        return 1;
+    prepararAspecto();
+    Sesion sesion(argumentos.at(1));
+    const bool marco = argumentos.value(2) == u"marco";
+    return (marco ? sesion.soloElMarco() : sesion.cuenta()) ? 0 : 1;
+}

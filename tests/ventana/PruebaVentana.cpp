@@ -1,0 +1,325 @@
+#include "backups/Copias.h"
+#include "core/Preferencias.h"
+#include "platform/Apariencia.h"
+#include "session/Modelo.h"
+#include "ui/Interfaz.h"
+#include "ventana/Manos.h"
+
+#include <QAccessible>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace vellora;
+
+/// The whole window, by keyboard and by what an assistive tool sees, on a session whose phones are put in by hand.
+class PruebaVentana : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { prepararAspecto(); }
+    void init();
+    void cleanup();
+    void sinHerramientasNoHaySecciones();
+    void seccionesPorTeclado();
+    void tabuladorPorLaVentana();
+    void bienvenidaPorTeclado();
+    void campana();
+    void tiraDeUnTrabajo();
+    void eligeEntreDosIPhones();
+    void nadaSeCorta_data();
+    void nadaSeCorta();
+    void quietaNoPinta();
+
+private:
+    void abrir(const QStringList &falta = {});
+    void conectar(const QList<Dispositivo> &iphones);
+    void tecla(Qt::Key cual, Qt::KeyboardModifiers con = {}) { QTest::keyClick(ventana, cual, con); }
+    bool seLee(const QString &texto) { return Manos::seLee(*ventana, texto); }
+
+    std::unique_ptr<Apariencia> apariencia;
+    std::unique_ptr<Modelo> modelo;
+    std::unique_ptr<Copias> copias;
+    std::unique_ptr<QQmlApplicationEngine> motor;
+    QQuickWindow *ventana = nullptr;
+};
+
+namespace
+{
+
+Dispositivo iphone(const QString &nombre, const QString &cola)
+{
+    Dispositivo uno;
+    uno.id = u"00008120-00061C2A3E"_s + cola;
+    uno.nombre = nombre;
+    uno.modeloCrudo = u"iPhone15,3"_s;
+    uno.sistema = u"17.5.1"_s;
+    uno.bateria = 82;
+    uno.cargando = true;
+    uno.libresBytes = 38'200'000'000;
+    uno.totalBytes = 256'000'000'000;
+    return uno;
+}
+
+const auto marta = iphone(u"iPhone de Marta"_s, u"4C1E9A"_s);
+const auto luis = iphone(u"iPhone de Luis"_s, u"B2B2B2"_s);
+const auto sinIPhone = u"No veo ningún iPhone"_s;
+const auto tituloDeCopias = u"Copias y datos"_s;
+const auto explicacion =
+    u"La copia de seguridad es lo único que te devuelve los mensajes y WhatsApp si pierdes el iPhone. "
+    "Las fotos van por su lado."_s;
+
+} // namespace
+
+void PruebaVentana::init()
+{
+    QTest::failOnWarning(QRegularExpression(u"No drawing for|\\.qml"_s));
+    Preferencias::ponLista(u"iPhonesConocidos"_s, {});
+    apariencia = std::make_unique<Apariencia>();
+    modelo = std::make_unique<Modelo>();
+    copias = std::make_unique<Copias>(*modelo, [](const QString &) { return true; });
+    QSignalSpy primera(modelo.get(), &Modelo::refrescado);
+    QVERIFY(primera.wait(20000)); // what it found is replaced by what each test connects
+}
+
+void PruebaVentana::cleanup()
+{
+    motor.reset();
+    copias.reset();
+    modelo.reset();
+    apariencia.reset();
+}
+
+void PruebaVentana::abrir(const QStringList &falta)
+{
+    motor = std::make_unique<QQmlApplicationEngine>();
+    ventana = abrirVentanaPrincipal(*motor, {*modelo, *copias, *apariencia, falta});
+    QVERIFY(ventana);
+    QVERIFY(QTest::qWaitForWindowActive(ventana));
+}
+
+void PruebaVentana::conectar(const QList<Dispositivo> &iphones)
+{
+    const auto &antes = modelo->seleccionado();
+    modelo->aplicar(iphones, antes ? std::optional(antes->id) : std::nullopt);
+}
+
+void PruebaVentana::sinHerramientasNoHaySecciones()
+{
+    abrir({u"libimobiledevice"_s, u"pymobiledevice3"_s});
+    QVERIFY(seLee(u"Falta una pieza"_s));
+    QVERIFY(seLee(u"Esta app se apoya en libimobiledevice y pymobiledevice3, que no encuentro en el Mac.\n"
+                  "Díselo a Claude y te lo deja instalado."_s));
+    conectar({marta});
+    tecla(Qt::Key_4, Qt::ControlModifier);
+    QVERIFY(seLee(u"Falta una pieza"_s));
+    QVERIFY(!seLee(explicacion));
+    QVERIFY(!seLee(u"Resumen"_s));
+    QVERIFY(!seLee(u"Hola, es la primera vez que conecto este iPhone"_s));
+}
+
+void PruebaVentana::seccionesPorTeclado()
+{
+    abrir();
+    QVERIFY(seLee(sinIPhone));
+    QVERIFY(seLee(u"Sin iPhone conectado"_s));
+    tecla(Qt::Key_4, Qt::ControlModifier);
+    QVERIFY(seLee(explicacion)); // it needs no phone
+    QVERIFY(!seLee(sinIPhone));
+    tecla(Qt::Key_2, Qt::ControlModifier);
+    QVERIFY(seLee(explicacion)); // still to come: nothing moves
+    QVERIFY(!Manos::pulsar(*ventana, u"Fotos"_s));
+    QVERIFY(seLee(u"Fotos, todavía no disponible"_s));
+    tecla(Qt::Key_1, Qt::ControlModifier);
+    QVERIFY(seLee(sinIPhone));
+
+    QVERIFY(!modelo->buscando());
+    tecla(Qt::Key_F5);
+    QVERIFY(modelo->buscando());
+    QVERIFY(seLee(u"Buscando tu iPhone…"_s));
+}
+
+void PruebaVentana::tabuladorPorLaVentana()
+{
+    modelo->marcarConocido(marta.id);
+    abrir();
+    const QStringList comunes{u"Copias y datos"_s, u"Buscar el iPhone otra vez"_s,
+                              u"Avisos. 0 en marcha, 0 con problemas"_s};
+    // The list comes first, then the header, then the content; what is still to come is passed over.
+    auto *primera = Manos::control(*ventana, u"Resumen"_s);
+    primera->forceActiveFocus();
+    QCOMPARE(Manos::paradasDelTabulador(*ventana), comunes + QStringList({u"Buscar otra vez"_s, u"Resumen"_s}));
+    conectar({marta});
+    primera->forceActiveFocus();
+    QCOMPARE(Manos::paradasDelTabulador(*ventana),
+             comunes + QStringList({u"Hacer la copia ahora"_s, u"Ver la copia por dentro"_s, u"Resumen"_s}));
+
+    primera->forceActiveFocus();
+    tecla(Qt::Key_Down);
+    QCOMPARE(Manos::nombreDelFoco(*ventana), tituloDeCopias);
+    tecla(Qt::Key_Return);
+    QVERIFY(seLee(explicacion));
+}
+
+void PruebaVentana::bienvenidaPorTeclado()
+{
+    const auto saludo = u"Hola, es la primera vez que conecto este iPhone"_s;
+    abrir();
+    conectar({marta});
+    QVERIFY(seLee(saludo));
+    QCOMPARE(Manos::nombreDelFoco(*ventana), u"Hacer una copia de seguridad"_s);
+    const auto paradas = Manos::paradasDelTabulador(*ventana);
+    QCOMPARE(QSet(paradas.cbegin(), paradas.cend()),
+             QSet<QString>({u"Hacer una copia de seguridad"_s, u"Trabajar directamente, sin copia"_s, u"Cerrar"_s}));
+    tecla(Qt::Key_4, Qt::ControlModifier);
+    QVERIFY(!seLee(explicacion)); // what is behind does not move
+
+    tecla(Qt::Key_Escape);
+    QVERIFY(!seLee(saludo));
+    QVERIFY(!modelo->esConocido(marta.id));
+    QVERIFY(!modelo->tarea().enMarcha());
+    tecla(Qt::Key_4, Qt::ControlModifier);
+    QVERIFY(seLee(explicacion));
+
+    conectar({});
+    conectar({marta});
+    QVERIFY(seLee(saludo));
+    QVERIFY(Manos::pulsar(*ventana, u"Trabajar directamente, sin copia"_s));
+    QVERIFY(!seLee(saludo));
+    QVERIFY(modelo->esConocido(marta.id));
+    QVERIFY(!modelo->tarea().enMarcha());
+}
+
+void PruebaVentana::campana()
+{
+    abrir();
+    auto &diario = modelo->diario();
+    diario.borrarTodo();
+    auto &tarea = modelo->tarea();
+    tarea.empezar(u"Copia de seguridad completa"_s, u"Preparando..."_s);
+    QVERIFY(seLee(u"Avisos. 1 en marcha, 0 con problemas"_s));
+    tarea.cerrar(false);
+    const auto nombre = u"Avisos. 0 en marcha, 1 con problemas"_s;
+    auto *boton = Manos::control(*ventana, nombre);
+    QVERIFY(boton);
+    boton->forceActiveFocus();
+    tecla(Qt::Key_Space);
+    QCOMPARE(diario.fallidas(), 0);
+    QVERIFY(seLee(u"Qué ha pasado"_s));
+    // One that goes wrong while the panel is open was looked at, too.
+    tarea.empezar(u"Otra copia"_s, QString());
+    tarea.cerrar(false);
+    QCOMPARE(diario.fallidas(), 1);
+    tecla(Qt::Key_Escape);
+    QVERIFY(!seLee(u"Qué ha pasado"_s));
+    QCOMPARE(diario.fallidas(), 0);
+    QCOMPARE(Manos::nombreDelFoco(*ventana), u"Avisos. 0 en marcha, 0 con problemas"_s);
+
+    tecla(Qt::Key_Return);
+    QVERIFY(Manos::pulsar(*ventana, u"Vaciar"_s));
+    QCOMPARE(diario.cuantas(), 0);
+    QVERIFY(seLee(u"Todavía no has hecho nada"_s));
+}
+
+void PruebaVentana::tiraDeUnTrabajo()
+{
+    modelo->marcarConocido(marta.id);
+    abrir();
+    conectar({marta});
+    auto &tarea = modelo->tarea();
+    QVERIFY(!seLee(u"Cancelar"_s));
+    tarea.empezar(u"Copia de seguridad completa"_s, u"Preparando..."_s);
+    QVERIFY(seLee(u"Copia de seguridad completa"_s) && seLee(u"Preparando..."_s) && seLee(u"Cancelar"_s));
+    QVERIFY(!Manos::pulsar(*ventana, u"Hacer la copia ahora"_s)); // one job at a time
+    QVERIFY(!seLee(u"Ver detalles"_s));
+    tarea.ponInicio(QDateTime::currentDateTime().addSecs(-600));
+    tarea.ponAvance(45, 100);
+    QVERIFY(seLee(u"45%"_s) && seLee(u"quedan unos 12 minutos"_s));
+    tarea.apunta(u"Primera línea"_s);
+    QVERIFY(Manos::pulsar(*ventana, u"Ver detalles"_s));
+    auto *detalles = Manos::control(*ventana, u"Detalles"_s);
+    QVERIFY(detalles);
+    tarea.apunta(u"Segunda línea"_s);
+    QCOMPARE(detalles->property("text").toString(), u"Primera línea\nSegunda línea"_s);
+    QVERIFY(Manos::pulsar(*ventana, u"Ocultar detalles"_s));
+
+    tarea.ponCarpetaResultado(u"/tmp"_s);
+    QVERIFY(!seLee(u"Abrir la carpeta"_s)); // not before the end
+    tarea.cerrar(true);
+    QVERIFY(seLee(u"Terminado"_s) && seLee(u"Abrir la carpeta"_s) && !seLee(u"Cancelar"_s));
+    QVERIFY(Manos::pulsar(*ventana, u"Cerrar este aviso"_s));
+    QVERIFY(!seLee(u"Copia de seguridad completa"_s));
+
+    tarea.muestra();
+    tarea.empezar(u"Otra"_s, QString());
+    QVERIFY(Manos::pulsar(*ventana, u"Cancelar"_s));
+    QVERIFY(seLee(u"No se completó"_s));
+    QCOMPARE(tarea.terminadaBien(), false);
+}
+
+void PruebaVentana::eligeEntreDosIPhones()
+{
+    modelo->marcarConocido(marta.id);
+    abrir();
+    conectar({marta});
+    const auto boton = u"iPhone de Marta. Elegir otro iPhone"_s;
+    QVERIFY(!Manos::pulsar(*ventana, boton)); // a single phone is not a choice
+    conectar({marta, luis});
+    Manos::control(*ventana, boton)->forceActiveFocus();
+    tecla(Qt::Key_Return);
+    QVERIFY(Manos::nombreDelFoco(*ventana).startsWith(u"iPhone de Marta, "_s));
+    tecla(Qt::Key_Down);
+    tecla(Qt::Key_Return);
+    QCOMPARE(modelo->seleccionado()->id, luis.id);
+    QCOMPARE(Manos::nombreDelFoco(*ventana), u"iPhone de Luis. Elegir otro iPhone"_s);
+}
+
+void PruebaVentana::nadaSeCorta_data()
+{
+    QTest::addColumn<QSize>("tamano");
+    for (const auto &tamano : {QSize(960, 640), QSize(1280, 820), QSize(1920, 1080)})
+        QTest::addRow("%d", tamano.width()) << tamano;
+}
+
+void PruebaVentana::nadaSeCorta()
+{
+    QFETCH(QSize, tamano);
+    modelo->marcarConocido(marta.id);
+    abrir();
+    ventana->resize(tamano);
+    conectar({marta});
+    modelo->tarea().empezar(u"Copia de seguridad completa"_s, u"Desbloquea el iPhone para continuar"_s);
+    modelo->tarea().ponInicio(QDateTime::currentDateTime().addSecs(-6000));
+    modelo->tarea().ponAvance(45, 100);
+    for (const auto cual : {Qt::Key_1, Qt::Key_4}) {
+        tecla(cual, Qt::ControlModifier);
+        QTest::qWait(50);
+        const auto todos = ventana->contentItem()->findChildren<QQuickItem *>();
+        for (const auto *item : todos) {
+            if (!item->isVisible() || !item->property("truncated").isValid())
+                continue;
+            const auto texto = item->property("text").toString();
+            QVERIFY2(!item->property("truncated").toBool(), qPrintable(texto));
+            const auto derecha = item->mapToScene(QPointF(item->property("contentWidth").toDouble(), 0)).x();
+            QVERIFY2(derecha <= ventana->width(), qPrintable(texto));
+        }
+    }
+}
+
+void PruebaVentana::quietaNoPinta()
+{
+    modelo->marcarConocido(marta.id);
+    abrir();
+    conectar({marta});
+    QTest::qWait(500);
+    QSignalSpy fotogramas(ventana, &QQuickWindow::frameSwapped);
+    QTest::qWait(1500);
+    QVERIFY2(fotogramas.size() <= 1, "something moves in a window that has nothing to tell");
+}
+
+QTEST_MAIN(PruebaVentana)
+#include "PruebaVentana.moc"
