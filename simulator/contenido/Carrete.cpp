@@ -5,6 +5,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QPainter>
 
 #include <algorithm>
 #include <atomic>
@@ -31,6 +32,17 @@ QByteArray ajusteAae(const Foto &f)
                .toUtf8();
 }
 
+void oscurece(QImage &imagen)
+{
+    QPainter p(&imagen);
+    p.fillRect(imagen.rect(), QColor(0, 0, 0, 238));
+}
+
+QString rutaDe(Contexto &c, const Foto &f)
+{
+    return c.media(u"DCIM/"_s + f.carpeta + u'/' + f.fichero);
+}
+
 class Revelador
 {
 public:
@@ -38,10 +50,12 @@ public:
 
     void revela(Foto &f)
     {
-        const auto ruta = c.media(u"DCIM/"_s + f.carpeta + u'/' + f.fichero);
+        const auto ruta = rutaDe(c, f);
         if (f.clase == Foto::Aae)
-            c.escribe(ruta, ajusteAae(f));
-        else if (f.clase == Foto::Captura)
+            return ponAjusteDeFoto(c, f);
+        if (f.igualA >= 0)
+            return;
+        if (f.clase == Foto::Captura)
             c.escribe(ruta, comoPng(pintaCaptura(f.motivo, f.ancho, f.alto)));
         else if (f.esVideo())
             m_taller.video(ruta, f, m_taller.imagen(f.motivo, f.ancho, f.alto));
@@ -53,7 +67,12 @@ public:
 private:
     void foto(const QString &ruta, const Foto &f)
     {
-        auto imagen = m_taller.imagen(f.motivo, f.ancho, f.alto);
+        auto imagen = m_taller.imagen(f.motivo, f.ancho, f.alto, f.variante);
+        if (f.defecto == 1)
+            imagen = imagen.scaled(imagen.size() / 40, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+                         .scaled(imagen.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        else if (f.defecto == 2)
+            oscurece(imagen);
         if (f.clase == Foto::Retoque)
             imagen = imagen.mirrored(true, false);
         const bool heic = ruta.endsWith(u".HEIC"_s);
@@ -74,8 +93,16 @@ private:
 
 } // namespace
 
+void ponAjusteDeFoto(Contexto &c, Foto &foto)
+{
+    const auto ruta = c.escribe(rutaDe(c, foto), ajusteAae(foto));
+    foto.bytes = QFileInfo(ruta).size();
+}
+
 void ponCarrete(Contexto &c)
 {
+    if (c.opciones.tamano == OpcionesContenido::Grande)
+        return ponCarreteGrande(c);
     Revelador revelador(c);
     // Each picture depends on nothing but its own plan: what thread makes it does not show in the result.
     std::atomic<size_t> siguiente = 0;
@@ -89,8 +116,16 @@ void ponCarrete(Contexto &c)
             hilos.emplace_back(trabaja);
         trabaja();
     }
-    for (const auto &foto : c.carrete)
-        c.fechas[c.media(u"DCIM/"_s + foto.carpeta + u'/' + foto.fichero)] = foto.momento;
+    for (auto &foto : c.carrete) {
+        const auto ruta = rutaDe(c, foto);
+        if (foto.igualA >= 0) {
+            const auto &primera = c.carrete[static_cast<size_t>(foto.igualA)];
+            if (!QFile::copy(rutaDe(c, primera), ruta))
+                c.falla(u"No se pudo copiar %1"_s.arg(ruta));
+            foto.bytes = primera.bytes;
+        }
+        c.fechas[ruta] = foto.momento;
+    }
 }
 
 } // namespace simulado

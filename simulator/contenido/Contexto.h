@@ -66,6 +66,9 @@ struct Foto {
     bool oculta = false;
     bool borrada = false;
     bool retocada = false;
+    int variante = 0;   ///< pictures of one burst differ by a small movement
+    int defecto = 0;    ///< 0 none, 1 out of focus, 2 far too dark
+    qint64 igualA = -1; ///< place in the roll of the picture that this file repeats byte by byte
 
     [[nodiscard]] bool esVideo() const { return clase == Video || clase == VivaVideo; }
     /// Whether the Photos app counts it as an item of its own (the halves, edits and side files are not).
@@ -113,6 +116,8 @@ void ponDatosDelTelefono(Contexto &c);
 void ponAplicaciones(Contexto &c);
 void planeaCarrete(Contexto &c);
 void ponCarrete(Contexto &c);
+void ponCarreteGrande(Contexto &c);
+void ponAjusteDeFoto(Contexto &c, Foto &foto);
 void ponFotosSqlite(Contexto &c);
 void ponMensajes(Contexto &c);
 void ponWhatsApp(Contexto &c);

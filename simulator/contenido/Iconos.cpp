@@ -28,6 +28,7 @@ static QPainterPath estrella(int puntas, double hondo)
 static QPainterPath figura(int numero)
 {
     QPainterPath f;
+    f.setFillRule(numero % 7 == 3 ? Qt::OddEvenFill : Qt::WindingFill);
     switch (numero % 7) {
     case 0: // speech bubble
         f.addRoundedRect(24, 28, 72, 52, 24, 24);

@@ -1,7 +1,5 @@
-#include "contenido/Base.h"
-#include "contenido/Contexto.h"
 #include "contenido/CuerpoConAtributos.h"
-#include "contenido/Esquemas.h"
+#include "contenido/EscritorDeMensajes.h"
 #include "contenido/Frases.h"
 #include "contenido/Pintor.h"
 
@@ -13,93 +11,16 @@ using namespace Qt::StringLiterals;
 namespace simulado
 {
 
-namespace
-{
-
-/// Since iOS 11 the dates of this database are whole nanoseconds since 2001.
-qint64 nanos(qint64 unix)
-{
-    return (unix - principioApple) * 1'000'000'000;
-}
-
-/// Nobody writes at four in the morning: a day's 24 hours are laid out from 8:00 to 23:00, in the same order.
-qint64 deDia(qint64 momento)
-{
-    return momento - momento % 86400 + 8 * 3600 + (momento % 86400) * 15 / 24;
-}
-
-struct Charla {
-    qint64 fila = 0;
-    QString guid;
-    QString sala; ///< empty for a chat of two
-    bool sms = false;
-    std::vector<qint64> miembros; ///< rows of handle
-    qint64 quedan = 0;            ///< messages still to write
-};
-
-struct Mensaje {
-    qint64 remite = 0; ///< row of handle, 0 for none
-    bool mio = false;
-    qint64 momento = 0;
-    std::optional<QString> texto;
-    QByteArray cuerpo;
-    bool adjunto = false;
-    bool audio = false;
-    int clase = 0; ///< item_type: 0 message, 1 someone joins, 2 the group is renamed
-    QString titulo;
-    QString reaccionA; ///< guid of the message that this one answers with a tapback
-    int reaccion = 0;
-    qint64 editado = 0;
-};
-
-class EscritorDeMensajes
-{
-public:
-    explicit EscritorDeMensajes(Contexto &contexto)
-        : c(contexto), a(contexto.azar("mensajes")), base(c.dominio("HomeDomain", u"Library/SMS/sms.db"_s))
-    {
-        base.ejecuta(esquemaSms);
-        m_mensaje.emplace(
-            base, "message",
-            "guid, text, handle_id, attributedBody, version, service, account, account_guid, date, date_read, "
-            "date_delivered, is_delivered, is_finished, is_from_me, is_read, is_sent, cache_has_attachments, "
-            "cache_roomnames, is_audio_message, item_type, group_title, associated_message_guid, "
-            "associated_message_type, destination_caller_id, date_edited, part_count");
-        m_union.emplace(base, "chat_message_join", "chat_id, message_id, message_date");
-    }
-
-    void abreCharlas(qint64 total);
-    void escribeTodo();
-    void escribeRarezas();
-    void cierra();
-
-private:
-    qint64 nuevoContacto(const QString &numero, bool sms);
-    Charla &nuevaCharla(const QString &identificador, const std::vector<qint64> &miembros, const QString &titulo,
-                        bool sms);
-    void escribeDialogo(Charla &charla, qint64 momento);
-    std::pair<qint64, QString> mete(const Charla &charla, const Mensaje &m);
-    void adjunta(qint64 mensaje, const Mensaje &m);
-
-    Contexto &c;
-    Azar a;
-    Base base;
-    std::optional<Insercion> m_mensaje;
-    std::optional<Insercion> m_union;
-    std::vector<Charla> m_charlas;
-    int m_adjuntos = 0;
-};
-
 qint64 EscritorDeMensajes::nuevoContacto(const QString &numero, bool sms)
 {
     return Insercion(base, "handle", "id, country, service, uncanonicalized_id")
         .mete(numero, "es", sms ? "SMS" : "iMessage", nullptr);
 }
 
-Charla &EscritorDeMensajes::nuevaCharla(const QString &identificador, const std::vector<qint64> &miembros,
-                                        const QString &titulo, bool sms)
+CharlaDeMensajes &EscritorDeMensajes::nuevaCharla(const QString &identificador, const std::vector<qint64> &miembros,
+                                                  const QString &titulo, bool sms)
 {
-    Charla charla;
+    CharlaDeMensajes charla;
     const bool grupo = miembros.size() > 1;
     charla.sms = sms;
     charla.miembros = miembros;
@@ -147,7 +68,7 @@ void EscritorDeMensajes::abreCharlas(qint64 total)
     }
 }
 
-std::pair<qint64, QString> EscritorDeMensajes::mete(const Charla &charla, const Mensaje &m)
+std::pair<qint64, QString> EscritorDeMensajes::mete(const CharlaDeMensajes &charla, const MensajeNuevo &m)
 {
     const auto guid = a.uuid();
     const auto fecha = m.momento > 0 ? nanos(m.momento) : 0;
@@ -165,7 +86,7 @@ std::pair<qint64, QString> EscritorDeMensajes::mete(const Charla &charla, const 
     return {fila, guid};
 }
 
-void EscritorDeMensajes::adjunta(qint64 mensaje, const Mensaje &m)
+void EscritorDeMensajes::adjunta(qint64 mensaje, const MensajeNuevo &m)
 {
     const auto guid = u"at_0_"_s + a.uuid();
     const auto nombre = m.audio ? u"Mensaje de audio.caf"_s : u"IMG_%1.jpeg"_s.arg(4000 + m_adjuntos);
@@ -183,7 +104,7 @@ void EscritorDeMensajes::adjunta(qint64 mensaje, const Mensaje &m)
     ++m_adjuntos;
 }
 
-void EscritorDeMensajes::escribeDialogo(Charla &charla, qint64 momento)
+void EscritorDeMensajes::escribeDialogo(CharlaDeMensajes &charla, qint64 momento)
 {
     const bool empresa = charla.miembros.size() == 1 && charla.sms && charla.guid.endsWith(u"CORREOS"_s);
     std::vector<Turno> turnos;
@@ -200,7 +121,7 @@ void EscritorDeMensajes::escribeDialogo(Charla &charla, qint64 momento)
         if (charla.quedan == 0)
             return;
         --charla.quedan;
-        Mensaje m;
+        MensajeNuevo m;
         m.mio = turno.mio;
         m.momento = momento;
         // The owner's own lines in a group belong to no handle.
@@ -227,8 +148,9 @@ void EscritorDeMensajes::escribeDialogo(Charla &charla, qint64 momento)
 
 void EscritorDeMensajes::escribeTodo()
 {
-    const auto total = std::accumulate(m_charlas.begin(), m_charlas.end(), qint64{0},
-                                       [](qint64 suma, const Charla &charla) { return suma + charla.quedan; });
+    const auto total =
+        std::accumulate(m_charlas.begin(), m_charlas.end(), qint64{0},
+                        [](qint64 suma, const CharlaDeMensajes &charla) { return suma + charla.quedan; });
     const qint64 principio = ahoraDelTelefono - c.segun<qint64>(200, 730, 1800) * 86400;
     const qint64 fin = ahoraDelTelefono - 86400;
     qint64 quedan = total;
@@ -253,7 +175,7 @@ void EscritorDeMensajes::escribeRarezas()
     const auto &grupo = m_charlas[m_charlas.size() - 2];
     const auto quien = uno.miembros[0];
     auto m = [&](bool mio, qint64 hace) {
-        Mensaje nuevo;
+        MensajeNuevo nuevo;
         nuevo.mio = mio;
         nuevo.remite = quien;
         nuevo.momento = ahoraDelTelefono - hace;
@@ -289,7 +211,7 @@ void EscritorDeMensajes::escribeRarezas()
 void EscritorDeMensajes::cierra()
 {
     base.empiezaDiario(true);
-    Mensaje ultimo;
+    MensajeNuevo ultimo;
     ultimo.remite = m_charlas[0].miembros[0];
     ultimo.momento = ahoraDelTelefono - 600;
     ultimo.texto = u"¿Has llegado ya?"_s;
@@ -302,8 +224,6 @@ void EscritorDeMensajes::cierra()
     m_mensaje.reset();
     m_union.reset();
 }
-
-} // namespace
 
 void ponMensajes(Contexto &c)
 {

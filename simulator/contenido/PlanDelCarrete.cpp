@@ -40,6 +40,17 @@ private:
     void retocada();
     void rafaga();
     void suelta(int i);
+    /// The same picture saved twice, as when it comes back by a message.
+    void repite(Foto &foto)
+    {
+        const auto original = c.carrete[static_cast<size_t>(m_ultimaJpeg)];
+        foto.igualA = m_ultimaJpeg;
+        foto.ancho = original.ancho;
+        foto.alto = original.alto;
+        foto.latitud = original.latitud;
+        foto.longitud = original.longitud;
+        foto.motivo = original.motivo;
+    }
     [[nodiscard]] QString numero() const { return u"%1"_s.arg(m_numero, 4, 10, QChar(u'0')); }
     [[nodiscard]] QString fin() const { return m_heic ? u".HEIC"_s : u".JPG"_s; }
     [[nodiscard]] Foto::Clase entera() const { return m_heic ? Foto::Heic : Foto::Jpeg; }
@@ -51,6 +62,8 @@ private:
     int m_numero = 0;
     int m_carpeta = 100;
     int m_motivo = 0;
+    bool m_hayLargo = false;
+    qint64 m_ultimaJpeg = -1;
     qint64 m_momento = 0;
     Sitio m_sitio = sitios[0];
 };
@@ -63,7 +76,9 @@ Foto &Plan::anade(Foto::Clase clase, const QString &fichero)
     f.fichero = fichero;
     f.momento = m_momento;
     f.motivo = m_motivo;
-    const bool deLado = m_motivo % 3 != 1;
+    // The large roll's files are copies of 24 pictures: their shape goes with the picture.
+    const int m = c.segun(m_motivo, m_motivo, m_motivo % 24);
+    const bool deLado = m % 5 != 1 && m % 7 != 2;
     // The benchmark's pictures stay small; a few of the usual ones have the camera's full size.
     const int largo = c.segun(640, m_motivo % 17 == 5 ? 4032 : 1600, 1024);
     f.ancho = deLado ? largo : largo * 3 / 4;
@@ -78,8 +93,12 @@ Foto &Plan::anade(Foto::Clase clase, const QString &fichero)
     }
     if (f.esVideo()) {
         f.ancho = clase == Foto::VivaVideo || !c.conHerramientas() ? 480 : 1280;
+        if (clase == Foto::Video && !m_hayLargo && c.opciones.tamano == OpcionesContenido::Normal) {
+            m_hayLargo = true;
+            f.ancho = 1920;
+        }
         f.alto = f.ancho * 9 / 16 / 2 * 2;
-        f.duracion = clase == Foto::VivaVideo ? 1.5 : a.real(1.5, 4.0);
+        f.duracion = clase == Foto::VivaVideo ? 1.5 : f.ancho >= 1920 ? 6.0 : a.real(1.5, 4.0);
     }
     f.favorita = a.si(9);
     f.album = a.si(30) ? static_cast<int>(a.entero(0, 2)) : -1;
@@ -105,7 +124,9 @@ void Plan::rafaga()
 {
     const auto vinculo = a.uuid();
     for (int i = 0; i < 4; ++i) {
-        anade(Foto::Rafaga, u"IMG_"_s + numero() + u".JPG"_s).rafaga = vinculo;
+        auto &foto = anade(Foto::Rafaga, u"IMG_"_s + numero() + u".JPG"_s);
+        foto.rafaga = vinculo;
+        foto.variante = i;
         ++m_numero;
         if (i % 2)
             ++m_momento;
@@ -136,10 +157,14 @@ void Plan::suelta(int i)
         // Bursts are rare, and the size of the large roll is counted in single files.
         return c.segun(false, true, i < 400) ? rafaga() : void(anade(entera(), u"IMG_"_s + numero() + fin()));
     default:
-        if (i % 3 == 0)
-            anade(Foto::Jpeg, u"IMG_"_s + numero() + u".JPG"_s);
-        else
-            anade(entera(), u"IMG_"_s + numero() + fin());
+        auto &foto = i % 3 == 0 ? anade(Foto::Jpeg, u"IMG_"_s + numero() + u".JPG"_s)
+                                : anade(entera(), u"IMG_"_s + numero() + fin());
+        if (i % 24 == 6 || i % 24 == 22)
+            foto.defecto = i % 24 == 6 ? 1 : 2;
+        else if (i % 24 == 3)
+            m_ultimaJpeg = static_cast<qint64>(c.carrete.size()) - 1;
+        else if (i % 24 == 18 && c.opciones.tamano != OpcionesContenido::Grande && m_ultimaJpeg >= 0)
+            repite(foto);
     }
 }
 
@@ -159,7 +184,8 @@ void Plan::haz()
             m_sitio = a.uno(sitios);
         const auto parte = static_cast<double>(c.carrete.size()) / m_elementos;
         m_momento = ahoraDelTelefono - static_cast<qint64>((1.0 - parte) * static_cast<double>(dias) * 86400) - 7200;
-        m_momento = m_momento - m_momento % 86400 + 8 * 3600 + (m_momento % 86400) / 2;
+        m_momento = m_momento - m_momento % 86400 + 8 * 3600 + (m_momento % 86400) / 2 +
+                    a.entero(0, c.segun<qint64>(7000, 7000, 2));
         suelta(i);
     }
 }

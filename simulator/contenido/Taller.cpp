@@ -53,14 +53,14 @@ bool Taller::corre(const QString &programa, const QStringList &argumentos)
     return proceso.waitForFinished(120'000) && proceso.exitStatus() == QProcess::NormalExit && proceso.exitCode() == 0;
 }
 
-QImage Taller::imagen(int motivo, int ancho, int alto) const
+QImage Taller::imagen(int motivo, int ancho, int alto, int variante) const
 {
     if (m_fotos.isEmpty())
-        return pinta(motivo, ancho, alto);
+        return pinta(motivo, ancho + 48, alto + 48).copy(variante * 12, variante * 7, ancho, alto);
     // The same photograph is cut at another place each time that it comes round.
     const auto vuelta = motivo / m_fotos.size();
     QImageReader lector(m_fotos[motivo % m_fotos.size()]);
-    auto tamano = lector.size().scaled(ancho, alto, Qt::KeepAspectRatioByExpanding);
+    auto tamano = lector.size().scaled(ancho + 48, alto + 48, Qt::KeepAspectRatioByExpanding);
     if (vuelta > 0)
         tamano = tamano * (1.0 + 0.18 * static_cast<double>(vuelta));
     lector.setScaledSize(tamano);
@@ -68,9 +68,9 @@ QImage Taller::imagen(int motivo, int ancho, int alto) const
     auto leida = lector.read();
     if (leida.isNull())
         return pinta(motivo, ancho, alto);
-    const int x = (leida.width() - ancho) * static_cast<int>((vuelta * 37 + 50) % 100) / 100;
-    const int y = (leida.height() - alto) * static_cast<int>((vuelta * 61 + 50) % 100) / 100;
-    return leida.copy(x, y, ancho, alto).convertToFormat(QImage::Format_RGB32);
+    const int x = (leida.width() - ancho - 48) * static_cast<int>((vuelta * 37 + 50) % 100) / 100;
+    const int y = (leida.height() - alto - 48) * static_cast<int>((vuelta * 61 + 50) % 100) / 100;
+    return leida.copy(x + variante * 12, y + variante * 7, ancho, alto).convertToFormat(QImage::Format_RGB32);
 }
 
 bool Taller::heic(const QString &jpeg, const QString &destino, int calidad) const
@@ -90,25 +90,26 @@ void Taller::video(const QString &destino, const Foto &foto, const QImage &image
                                 .arg(foto.alto)
                                 .arg(foto.duracion);
         const auto fecha = QDateTime::fromSecsSinceEpoch(foto.momento, Qt::UTC).toString(Qt::ISODate);
-        QStringList argumentos{u"-nostdin"_s,   u"-y"_s,
-                               u"-loop"_s,      u"1"_s,
-                               u"-framerate"_s, u"30"_s,
-                               u"-i"_s,         grande,
-                               u"-f"_s,         u"lavfi"_s,
-                               u"-i"_s,         u"sine=frequency=%1:sample_rate=44100"_s.arg(200 + foto.motivo * 7),
-                               u"-t"_s,         QString::number(foto.duracion),
-                               u"-vf"_s,        filtro,
-                               u"-c:v"_s,       u"libx264"_s,
-                               u"-preset"_s,    u"ultrafast"_s,
-                               u"-crf"_s,       foto.clase == Foto::Video ? u"20"_s : u"28"_s,
-                               u"-pix_fmt"_s,   u"yuv420p"_s,
-                               u"-threads"_s,   u"2"_s,
-                               u"-c:a"_s,       u"aac"_s,
-                               u"-b:a"_s,       u"48k"_s,
-                               u"-fflags"_s,    u"+bitexact"_s,
-                               u"-flags:v"_s,   u"+bitexact"_s,
-                               u"-flags:a"_s,   u"+bitexact"_s,
-                               u"-metadata"_s,  u"creation_time="_s + fecha};
+        QStringList argumentos{
+            u"-nostdin"_s,   u"-y"_s,
+            u"-loop"_s,      u"1"_s,
+            u"-framerate"_s, u"30"_s,
+            u"-i"_s,         grande,
+            u"-f"_s,         u"lavfi"_s,
+            u"-i"_s,         u"sine=frequency=%1:sample_rate=44100"_s.arg(200 + foto.motivo * 7),
+            u"-t"_s,         QString::number(foto.duracion),
+            u"-vf"_s,        filtro,
+            u"-c:v"_s,       u"libx264"_s,
+            u"-preset"_s,    u"ultrafast"_s,
+            u"-crf"_s,       foto.ancho >= 1920 ? u"12"_s : foto.clase == Foto::Video ? u"20"_s : u"28"_s,
+            u"-pix_fmt"_s,   u"yuv420p"_s,
+            u"-threads"_s,   u"2"_s,
+            u"-c:a"_s,       u"aac"_s,
+            u"-b:a"_s,       u"48k"_s,
+            u"-fflags"_s,    u"+bitexact"_s,
+            u"-flags:v"_s,   u"+bitexact"_s,
+            u"-flags:a"_s,   u"+bitexact"_s,
+            u"-metadata"_s,  u"creation_time="_s + fecha};
         if (destino.endsWith(u".MOV"_s)) {
             argumentos << u"-movflags"_s << u"use_metadata_tags"_s << u"-metadata"_s
                        << u"com.apple.quicktime.make=Apple"_s << u"-metadata"_s

@@ -18,7 +18,8 @@ public:
     explicit Taller(Contexto &c);
 
     /// The picture of that number, filling the size: a photograph if there is one, drawn if not.
-    [[nodiscard]] QImage imagen(int motivo, int ancho, int alto) const;
+    /// `variante` moves the frame by a hand's tremble.
+    [[nodiscard]] QImage imagen(int motivo, int ancho, int alto, int variante = 0) const;
     /// Turns a JPEG file into HEIC, metadata included. False without the encoder.
     [[nodiscard]] bool heic(const QString &jpeg, const QString &destino, int calidad) const;
     /// A short video that moves over one picture.
