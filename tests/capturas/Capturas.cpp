@@ -139,7 +139,7 @@ void Sesion::recienConectado()
 
 void Sesion::unaCopia()
 {
-    frena(100'000);
+    frena(40'000);
     pulsa(u"Hacer la copia ahora"_s);
     foto(u"copias-empieza"_s, {1280});
     espera(

@@ -18,7 +18,7 @@ Desplazable {
 
         x: 28
         y: 24
-        width: Math.min(raiz.width - 56, 1280)
+        width: Math.min(raiz.width - 56, 1640)
         spacing: 16
 
         Texto {

@@ -12,13 +12,32 @@ FocusScope {
     required property Copias copias
     required property EstadoDeVentana estado
 
+    readonly property real ancho: raiz.estado.panel === EstadoDeVentana.Avisos ? 420 : 340
+    property point lugar
+
     function lugarBajo(boton: Item, ancho: real): point {
         const sitio = boton.mapToItem(raiz, 0, 0);
         const x = sitio.x + boton.width / 2 > raiz.width / 2 ? sitio.x + boton.width - ancho : sitio.x;
         return Qt.point(x, sitio.y + boton.height + 8);
     }
 
+    /// Anew when the window changes its size, once everything has found its place.
+    function coloca() {
+        if (raiz.estado.origen)
+            raiz.lugar = raiz.lugarBajo(raiz.estado.origen, raiz.ancho);
+    }
+
     focus: true
+    onWidthChanged: trasElCambio.restart()
+    onAnchoChanged: raiz.coloca()
+    Component.onCompleted: raiz.coloca()
+
+    Timer {
+        id: trasElCambio
+
+        interval: 0
+        onTriggered: raiz.coloca()
+    }
 
     Cargador {
         anchors.fill: parent
@@ -27,7 +46,8 @@ FocusScope {
 
         PanelAvisos {
             diario: raiz.modelo.diario
-            lugar: raiz.lugarBajo(raiz.estado.origen, anchoDelPanel)
+            lugar: raiz.lugar
+            anchoDelPanel: raiz.ancho
             onPideCarpeta: carpeta => raiz.modelo.abrirEnFinder(carpeta)
             onCerrado: raiz.estado.cierra()
         }
@@ -41,7 +61,8 @@ FocusScope {
         SelectorDeIPhone {
             dispositivos: raiz.modelo.dispositivos
             actual: raiz.modelo.seleccionado.id
-            lugar: raiz.lugarBajo(raiz.estado.origen, anchoDelPanel)
+            lugar: raiz.lugar
+            anchoDelPanel: raiz.ancho
             onCerrado: raiz.estado.cierra()
             onElegido: udid => {
                 raiz.modelo.seleccionar(udid);

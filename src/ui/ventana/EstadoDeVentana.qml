@@ -1,4 +1,5 @@
 import QtQuick
+import Vellora.Componentes
 import Vellora.Sesion
 import Vellora.Ventana
 
@@ -20,10 +21,18 @@ QtObject {
     property Item origen: null
     /// The UDID of the new phone whose welcome was closed without an answer; it is welcomed again when it comes back.
     property string aplazado
-    readonly property bool deBienvenida: raiz.hayHerramientas && raiz.modelo.hayIPhoneNuevo && raiz.modelo.iPhoneNuevo.id !== raiz.aplazado
+    readonly property string nuevo: raiz.modelo.hayIPhoneNuevo ? raiz.modelo.iPhoneNuevo.id : ""
+    readonly property bool nuevoConectado: raiz.estaConectado(raiz.nuevo)
+    readonly property bool deBienvenida: raiz.hayHerramientas && raiz.nuevoConectado && raiz.nuevo !== raiz.aplazado
     readonly property bool hayCapa: raiz.deBienvenida || raiz.panel !== EstadoDeVentana.Ninguno
 
-    readonly property bool hayIPhone: raiz.modelo.hayIPhone
+    function estaConectado(udid: string): bool {
+        for (const uno of raiz.modelo.dispositivos) {
+            if (uno.id === udid)
+                return true;
+        }
+        return false;
+    }
 
     function abre(panel: int, boton: Item) {
         raiz.origen = boton;
@@ -38,10 +47,12 @@ QtObject {
         raiz.panel = EstadoDeVentana.Ninguno;
         if (raiz.origen)
             raiz.origen.forceActiveFocus(Qt.PopupFocusReason);
+        // Who comes back from the panel needs no help on what opened it.
+        Ayudas.quita(raiz.origen);
     }
 
-    onHayIPhoneChanged: {
-        if (!raiz.hayIPhone)
+    onNuevoConectadoChanged: {
+        if (!raiz.nuevoConectado)
             raiz.aplazado = "";
     }
 }

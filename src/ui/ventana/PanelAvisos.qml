@@ -14,7 +14,6 @@ Flotante {
     signal pideCarpeta(carpeta: string)
 
     nombre: "Qué ha pasado"
-    anchoDelPanel: 420
     altoDelPanel: raiz.vacio ? 236 : Math.min(560, 54 + filas.contentHeight + 10)
 
     Texto {

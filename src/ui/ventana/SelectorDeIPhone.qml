@@ -13,7 +13,6 @@ Flotante {
     signal elegido(udid: string)
 
     nombre: "Elegir iPhone"
-    anchoDelPanel: 340
     altoDelPanel: columna.height + 12
 
     Column {

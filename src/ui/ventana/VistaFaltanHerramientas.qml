@@ -10,7 +10,7 @@ Item {
     EstadoVacio {
         anchors.centerIn: parent
         width: parent.width - 96
-        anchoDelTexto: 480
+        anchoDelTexto: 600
         simbolo: "wrench.and.screwdriver"
         titulo: "Falta una pieza"
         texto: "Esta app se apoya en " + raiz.falta + ", que no encuentro en el Mac.\nDíselo a Claude y te lo deja instalado."
