@@ -92,8 +92,10 @@ void Sesion::manda(const QJsonObject &orden)
 
 void Sesion::frena(int bytesPorSegundo)
 {
-    manda(QJsonObject{
-        {u"orden"_s, u"frenar"_s}, {u"telefono"_s, telefono.udid()}, {u"bytes_por_segundo"_s, bytesPorSegundo}});
+    manda(QJsonObject{{u"orden"_s, u"frenar"_s},
+                      {u"telefono"_s, telefono.udid()},
+                      {u"servicio"_s, u"com.apple.mobilebackup2"_s},
+                      {u"bytes_por_segundo"_s, bytesPorSegundo}});
 }
 
 void Sesion::espera(const char *que, const std::function<bool()> &cosa, int segundos)
@@ -139,7 +141,7 @@ void Sesion::recienConectado()
 
 void Sesion::unaCopia()
 {
-    frena(40'000);
+    frena(60'000);
     pulsa(u"Hacer la copia ahora"_s);
     foto(u"copias-empieza"_s, {1280});
     espera(

@@ -80,8 +80,8 @@ Item {
     Boton {
         id: abrir
 
-        x: parent.width - width - 16
-        y: 10
+        x: parent.width - width - 12
+        y: 8
         visible: raiz.carpeta !== ""
         clase: Boton.Callado
         texto: "Abrir"
