@@ -140,6 +140,7 @@ void EscritorDeMensajes::escribeDialogo(CharlaDeMensajes &charla, qint64 momento
         if (m.reaccion == 0 && m_adjuntos < maximoDeAdjuntos && a.si(5)) {
             m.adjunto = true;
             m.texto = a.si(50) ? std::optional(u"\uFFFC"_s) : std::nullopt;
+            m.cuerpo = cuerpoConAtributos(u"\uFFFC"_s);
         }
         anterior = mete(charla, m).second;
         momento += a.entero(15, 120);

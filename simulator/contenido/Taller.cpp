@@ -84,11 +84,14 @@ void Taller::video(const QString &destino, const Foto &foto, const QImage &image
     const auto grande = destino + u".jpg"_s;
     if (!m_ffmpeg.isEmpty() && imagen.save(grande, "JPG", 90)) {
         // The frame slides over a larger picture; without fixed threads and flags two runs may differ.
-        const auto filtro = u"scale=%1:%2,crop=%3:%4:x='(iw-ow)*t/%5':y='(ih-oh)/2'"_s.arg(foto.ancho * 5 / 4 / 2 * 2)
-                                .arg(foto.alto * 5 / 4 / 2 * 2)
-                                .arg(foto.ancho)
-                                .arg(foto.alto)
-                                .arg(foto.duracion);
+        auto filtro = u"scale=%1:%2,crop=%3:%4:x='(iw-ow)*t/%5':y='(ih-oh)/2'"_s.arg(foto.ancho * 5 / 4 / 2 * 2)
+                          .arg(foto.alto * 5 / 4 / 2 * 2)
+                          .arg(foto.ancho)
+                          .arg(foto.alto)
+                          .arg(foto.duracion);
+        // The roll's one large video gets a sensor's noise, which is what makes a phone's videos weigh.
+        if (foto.ancho >= 1920)
+            filtro += u",noise=all_seed=7:alls=8:allf=t"_s;
         const auto fecha = QDateTime::fromSecsSinceEpoch(foto.momento, Qt::UTC).toString(Qt::ISODate);
         QStringList argumentos{
             u"-nostdin"_s,   u"-y"_s,
@@ -101,7 +104,7 @@ void Taller::video(const QString &destino, const Foto &foto, const QImage &image
             u"-vf"_s,        filtro,
             u"-c:v"_s,       u"libx264"_s,
             u"-preset"_s,    u"ultrafast"_s,
-            u"-crf"_s,       foto.ancho >= 1920 ? u"12"_s : foto.clase == Foto::Video ? u"20"_s : u"28"_s,
+            u"-crf"_s,       foto.ancho >= 1920 ? u"25"_s : foto.clase == Foto::Video ? u"20"_s : u"28"_s,
             u"-pix_fmt"_s,   u"yuv420p"_s,
             u"-threads"_s,   u"2"_s,
             u"-c:a"_s,       u"aac"_s,
