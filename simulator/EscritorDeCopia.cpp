@@ -63,8 +63,7 @@ std::optional<Desenlace> EscritorDeCopia::escribir()
         cambios_.append(i);
         bytesTotales_ += quint64(entrada.tamano);
     }
-    quint64 libre = 0;
-    if (!cabe(libre))
+    if (!cabe())
         return enlace_.roto() ? std::optional<Desenlace>() : errorDeCopia(105);
     if (!prepararDestino() || !subirEstado(u"uploading"_s, alEmpezar) || !crearCarpetas())
         return enlace_.roto() ? std::optional<Desenlace>() : errorDeCopia(1);
@@ -113,14 +112,11 @@ bool EscritorDeCopia::leerAnterior()
     return true;
 }
 
-bool EscritorDeCopia::cabe(quint64 &libre)
+bool EscritorDeCopia::cabe()
 {
     constexpr quint64 holgura = 1 << 20; // the manifest and the property lists
-    const auto respuesta = enlace_.espacioLibre();
-    if (!respuesta)
-        return false;
-    libre = *respuesta;
-    return telefono_.ignoraEspacioDelOrdenador || libre >= bytesTotales_ + holgura;
+    const auto libre = enlace_.espacioLibre();
+    return libre && (telefono_.ignoraEspacioDelOrdenador || *libre >= bytesTotales_ + holgura);
 }
 
 bool EscritorDeCopia::prepararDestino()
@@ -192,10 +188,13 @@ bool EscritorDeCopia::subirFichero(EntradaDeCopia &entrada)
         telefono_.desconectar();
         return false;
     }
-    QFile origen(QFile::decodeName(entrada.origen));
-    // Unbuffered: pieces of a megabyte go straight from the file to the socket's buffer.
-    if (!origen.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
-        origen.setFileName(u"/dev/null"_s), origen.open(QIODevice::ReadOnly);
+    QFile fichero(QFile::decodeName(entrada.origen));
+    QBuffer nada;
+    nada.open(QIODevice::ReadOnly);
+    // Unbuffered: pieces of a megabyte go straight from the file to the socket's buffer. A file that went away since
+    // the inventory leaves an empty one.
+    const bool abierto = fichero.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    QIODevice &origen = abierto ? static_cast<QIODevice &>(fichero) : nada;
     const QString enTelefono = u"/var/mobile/"_s + entrada.dominio + u'/' + entrada.ruta;
     qint64 enviados = 0;
     if (!enlace_.subir(enTelefono, ruta(u"Snapshot/"_s + entrada.nombreEnCopia()), origen, enviados))

@@ -39,7 +39,7 @@ private:
         qint64 fecha = 0;
     };
     bool leerAnterior();
-    bool cabe(quint64 &libre);
+    bool cabe();
     bool prepararDestino();
     bool crearCarpetas();
     std::optional<Desenlace> subirCambios();

@@ -153,10 +153,8 @@ Ordenes::Ordenes(Mux &mux, Alta alta) : mux_(mux), alta_(std::move(alta)) {}
 
 QByteArray Ordenes::obedecer(const QByteArray &linea)
 {
-    QJsonParseError error;
-    const QJsonDocument documento = QJsonDocument::fromJson(linea, &error);
-    const QJsonObject respuesta =
-        documento.isObject() ? obedecer(documento.object()) : mal(u"No es un objeto JSON: "_s + error.errorString());
+    const QJsonDocument documento = QJsonDocument::fromJson(linea);
+    const QJsonObject respuesta = documento.isObject() ? obedecer(documento.object()) : mal(u"No es un objeto JSON"_s);
     return QJsonDocument(respuesta).toJson(QJsonDocument::Compact);
 }
 
