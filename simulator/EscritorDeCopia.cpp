@@ -155,8 +155,8 @@ double EscritorDeCopia::progreso() const
 
 std::optional<Desenlace> EscritorDeCopia::subirCambios()
 {
-    // Big batches: each one costs a round trip and restarts the client's bar of bytes.
-    constexpr quint64 bytesPorTanda = 64 << 20;
+    // The overall percentage goes with each batch, so a small phone has small ones; each costs a round trip.
+    const quint64 bytesPorTanda = std::clamp<quint64>(bytesTotales_ / 80, 64 << 10, 64 << 20);
     constexpr qsizetype ficherosPorTanda = 1000;
     const auto fallo = telefono_.averias().tomarFallo(u"Backup:tras_ficheros"_s);
     qsizetype i = 0;
