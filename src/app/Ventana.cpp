@@ -1,7 +1,6 @@
 #include "app/Ventana.h"
 
 #include "app/TrasRefrescar.h"
-#include "app/TrasRefrescar.h"
 #include "backups/Copias.h"
 #include "core/Herramientas.h"
 #include "platform/Apariencia.h"
@@ -24,9 +23,8 @@ int abrirVentana(int &argc, char **argv)
 
     Apariencia apariencia;
     Modelo modelo;
+    QObject::connect(&modelo, &Modelo::refrescado, &modelo, [&modelo] { trasRefrescar(modelo); });
     // There is no password store yet: the owner's own encryption setting on the phone decides.
-    QObject::connect(&modelo, &Modelo::refrescado, &modelo, [&modelo] { trasRefrescar(modelo); });
-    QObject::connect(&modelo, &Modelo::refrescado, &modelo, [&modelo] { trasRefrescar(modelo); });
     Copias copias(modelo, [](const QString &) { return true; });
 
     QQmlApplicationEngine motor;

@@ -94,7 +94,8 @@ void apartarManifiesto(const QString &carpeta)
     const auto nombre = carpeta + u"/Manifest.db"_s;
     const auto apartado = nombre + u".incompleto"_s;
     QFile::remove(apartado);
-    QFile::rename(nombre, apartado);
+    if (!QFile::rename(nombre, apartado))
+        QFile::remove(nombre); // a full disk may have no room for a new name either
 }
 
 } // namespace vellora

@@ -136,7 +136,7 @@ void escribirDiario(const QString &fichero, const QList<Actividad> &actividades)
     if (!archivo.open(QIODevice::WriteOnly))
         return;
     archivo.write(diarioEnJson(actividades));
-    archivo.commit();
+    (void)archivo.commit(); // a failure leaves the old file, and the job must not notice
 }
 
 } // namespace vellora

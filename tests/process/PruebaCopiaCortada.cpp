@@ -65,7 +65,7 @@ void PruebaCopiaCortada::nadaAMedias()
     const auto carpeta = modelo->carpetaCopias() + u'/' + telefono->udid();
     const QDir dir(carpeta);
     QVERIFY(!dir.exists(u"Manifest.db"_s));
-    const auto subcarpetas = dir.entryList({u"??"_s}, QDir::Dirs);
+    const auto subcarpetas = dir.entryList({u"??"_s}, QDir::Dirs | QDir::NoDotAndDotDot);
     for (const auto &una : subcarpetas)
         QVERIFY2(QDir(dir.filePath(una)).isEmpty(), qPrintable(una));
 }

@@ -59,8 +59,8 @@ int ejecutarOrden(int argc, char **argv)
     QCommandLineParser lector;
     const QCommandLineOption json(u"json"_s);
     const QCommandLineOption udid(u"udid"_s, QString(), u"U"_s);
-    const QCommandLineOption pideAyuda({u"h"_s, u"help"_s, u"ayuda"_s});
-    const QCommandLineOption pideVersion({u"v"_s, u"version"_s});
+    const QCommandLineOption pideAyuda(QStringList{u"h"_s, u"help"_s, u"ayuda"_s});
+    const QCommandLineOption pideVersion(QStringList{u"v"_s, u"version"_s});
     lector.addOptions({json, udid, pideAyuda, pideVersion});
     if (!lector.parse(QCoreApplication::arguments()))
         return malUso(lector.errorText());
