@@ -1,3 +1,4 @@
+pragma ComponentBehavior: Bound
 import QtQuick
 import Vellora.Componentes
 
@@ -55,7 +56,7 @@ Item {
     }
 
     // The ring is for those who come by keyboard, so a press does not show it.
-    Rectangle {
+    Cargador {
         id: anillo
 
         property bool porRaton: false
@@ -63,10 +64,13 @@ Item {
         anchors.fill: parent
         anchors.margins: -2
         z: 1
-        visible: raiz.activeFocus && !anillo.porRaton
-        color: "transparent"
-        radius: raiz.radio + 2
-        border.width: 2
-        border.color: Tema.acento
+        activo: raiz.activeFocus && !anillo.porRaton
+
+        Rectangle {
+            color: "transparent"
+            radius: raiz.radio + 2
+            border.width: 2
+            border.color: Tema.acento
+        }
     }
 }

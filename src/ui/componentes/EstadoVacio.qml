@@ -39,8 +39,7 @@ Column {
         anchors.horizontalCenter: parent.horizontalCenter
         width: Math.min(raiz.width, raiz.anchoDelTexto)
         horizontalAlignment: Text.AlignHCenter
-        tipo: Texto.Titulo
-        font.pixelSize: 18
+        tipo: Texto.Seccion
         wrapMode: Text.Wrap
         text: raiz.titulo
     }

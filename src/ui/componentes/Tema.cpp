@@ -1,9 +1,41 @@
 #include "Tema.h"
 
+#include <QFont>
 #include <QJSEngine>
+
+#include <array>
 
 namespace vellora
 {
+
+namespace
+{
+
+struct Letra {
+    int pixeles;
+    int peso;
+};
+
+// Each pair costs a font at start-up: the side list and the header share four.
+constexpr std::array<Letra, 5> letras{{
+    {14, QFont::Normal},   // Cuerpo
+    {12, QFont::Normal},   // Menor
+    {15, QFont::DemiBold}, // Seccion
+    {22, QFont::Bold},     // Titulo
+    {12, QFont::DemiBold}, // Grupo
+}};
+
+} // namespace
+
+int Tema::letra(int tipo)
+{
+    return letras.at(static_cast<std::size_t>(tipo)).pixeles;
+}
+
+int Tema::peso(int tipo)
+{
+    return letras.at(static_cast<std::size_t>(tipo)).peso;
+}
 
 Tema &Tema::unico()
 {

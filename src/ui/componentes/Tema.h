@@ -49,6 +49,10 @@ public:
     void elegir(Eleccion nueva);
     void ponSistemaOscuro(bool valor);
 
+    /// Size in pixels and weight of the letters of a `Texto.Tipo`, in the order of that enumeration.
+    Q_INVOKABLE static int letra(int tipo);
+    Q_INVOKABLE static int peso(int tipo);
+
     bool oscuro() const { return oscuro_; }
     QColor fondo() const { return tono(0xF5F6F8, 0x15171B); }
     QColor lateral() const { return tono(0xECEEF2, 0x1B1E23); }

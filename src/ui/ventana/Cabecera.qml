@@ -20,19 +20,14 @@ Rectangle {
 
     Cargador {
         anchors.left: parent.left
-        anchors.leftMargin: 16
         anchors.right: derecha.left
-        anchors.rightMargin: 16
-        anchors.verticalCenter: parent.verticalCenter
+        anchors.rightMargin: derecha.spacing
+        height: parent.height
         activo: raiz.modelo.hayIPhone
-
-        NombreDeIPhone {
-            id: nombre
-
-            iphone: raiz.iphone
-            variosIPhones: raiz.modelo.dispositivos.length > 1
-            onPulsado: raiz.pideIPhones(nombre)
-        }
+        fuente: "qrc:/qt/qml/Vellora/Ventana/DatosDeCabecera.qml"
+        propiedades: ({
+                cabecera: raiz
+            })
     }
 
     Cargador {
@@ -53,29 +48,6 @@ Rectangle {
         anchors.rightMargin: 24
         anchors.verticalCenter: parent.verticalCenter
         spacing: raiz.estrecha ? 10 : 14
-
-        Cargador {
-            anchors.verticalCenter: parent.verticalCenter
-            activo: raiz.modelo.hayIPhone
-            visible: activo
-
-            Row {
-                spacing: derecha.spacing
-
-                BateriaDeIPhone {
-                    anchors.verticalCenter: parent.verticalCenter
-                    iphone: raiz.iphone
-                    breve: raiz.estrecha
-                }
-
-                EspacioDeIPhone {
-                    anchors.verticalCenter: parent.verticalCenter
-                    width: raiz.estrecha ? 140 : 170
-                    visible: valor >= 0
-                    iphone: raiz.iphone
-                }
-            }
-        }
 
         BotonDeSimbolo {
             anchors.verticalCenter: parent.verticalCenter

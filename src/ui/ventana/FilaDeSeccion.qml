@@ -17,14 +17,8 @@ Item {
     property bool hayCopia: true
 
     readonly property bool cerrada: raiz.necesitaCopia && !raiz.hayCopia
-    readonly property string ayuda: {
-        const partes = [];
-        if (!raiz.disponible)
-            partes.push("Todavía no disponible");
-        if (raiz.cerrada)
-            partes.push("Necesita una copia de seguridad");
-        return partes.join(". ");
-    }
+    readonly property string cuando: raiz.disponible ? "" : "Todavía no disponible"
+    readonly property string ayuda: raiz.cerrada ? (raiz.disponible ? "" : raiz.cuando + ". ") + "Necesita una copia de seguridad" : raiz.cuando
     readonly property color tinta: raiz.elegida ? Tema.acentoTexto : raiz.disponible ? Tema.texto : Tema.suave
 
     signal pulsada

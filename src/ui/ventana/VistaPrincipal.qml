@@ -110,10 +110,10 @@ FocusScope {
     Cargador {
         anchors.fill: parent
         activo: !estado.hayHerramientas
-
-        VistaFaltanHerramientas {
-            falta: secciones.enumerar(raiz.falta)
-        }
+        fuente: "qrc:/qt/qml/Vellora/Ventana/VistaFaltanHerramientas.qml"
+        propiedades: ({
+                falta: secciones.enumerar(raiz.falta)
+            })
     }
 
     Cargador {
@@ -128,5 +128,9 @@ FocusScope {
             })
     }
 
-    CartelDeAyuda {}
+    Cargador {
+        anchors.fill: parent
+        activo: Ayudas.visible
+        fuente: "qrc:/qt/qml/Vellora/Componentes/CartelDeAyuda.qml"
+    }
 }
