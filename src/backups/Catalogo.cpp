@@ -29,7 +29,7 @@ std::optional<QDateTime> fechaDe(const QString &copia)
 std::optional<QDateTime> fechaDeLaUltimaCopia(const QString &carpeta, const std::optional<QString> &udid)
 {
     if (udid) {
-        if (const auto fecha = fechaDe(carpeta + u'/' + *udid))
+        if (auto fecha = fechaDe(carpeta + u'/' + *udid))
             return fecha;
     }
     std::optional<QDateTime> ultima;

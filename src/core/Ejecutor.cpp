@@ -115,7 +115,7 @@ bool Ejecutor::enMarcha() const
     return proceso && proceso->state() != QProcess::NotRunning;
 }
 
-void Ejecutor::lanzar(const QString &ejecutable, const QStringList &argumentos, Linea linea, Final final)
+void Ejecutor::lanzar(const QString &ejecutable, const QStringList &argumentos, const Linea &linea, const Final &final)
 {
     auto *hijo = new QProcess(this);
     hijo->setProgram(ejecutable);

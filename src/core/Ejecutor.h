@@ -40,7 +40,7 @@ public:
     /// feed or a lone carriage return ends a line, the pair of both does not. There is no buffer between two reads.
     /// `final` is called once, after the last line, with the exit status (the signal's number when killed by one), or
     /// with -1 after the line "No se pudo arrancar: …".
-    void lanzar(const QString &ejecutable, const QStringList &argumentos, Linea linea, Final final);
+    void lanzar(const QString &ejecutable, const QStringList &argumentos, const Linea &linea, const Final &final);
 
     /// Asks the running child and all that it started to end, and kills them after `graciaAntesDeMatar`.
     /// `final` still arrives, once. Harmless when nothing runs.

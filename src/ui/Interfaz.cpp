@@ -1,10 +1,10 @@
-#include "Interfaz.h"
+#include "ui/Interfaz.h"
 
 #include "backups/Copias.h"
-#include "componentes/Tema.h"
 #include "core/Preferencias.h"
 #include "platform/Apariencia.h"
 #include "session/Modelo.h"
+#include "ui/componentes/Tema.h"
 
 #include <QFont>
 #include <QGuiApplication>

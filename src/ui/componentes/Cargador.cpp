@@ -1,4 +1,4 @@
-#include "Cargador.h"
+#include "ui/componentes/Cargador.h"
 
 #include <QQmlComponent>
 #include <QQmlContext>

@@ -1,4 +1,4 @@
-#include "Icono.h"
+#include "ui/componentes/Icono.h"
 
 #include <QFile>
 #include <QLoggingCategory>

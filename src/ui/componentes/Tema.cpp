@@ -1,4 +1,4 @@
-#include "Tema.h"
+#include "ui/componentes/Tema.h"
 
 #include <QFont>
 #include <QJSEngine>

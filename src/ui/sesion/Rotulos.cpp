@@ -1,4 +1,4 @@
-#include "Rotulos.h"
+#include "ui/sesion/Rotulos.h"
 
 #include "core/Formato.h"
 

@@ -1,4 +1,4 @@
-#include "Secciones.h"
+#include "ui/ventana/Secciones.h"
 
 #include <array>
 
