@@ -2,6 +2,7 @@
 #include "app/cli/Consola.h"
 #include "app/cli/Ordenes.h"
 #include "backups/Copias.h"
+#include "backups/ExplicarFallo.h"
 #include "session/Modelo.h"
 
 #include <QCoreApplication>
@@ -54,7 +55,8 @@ private:
     void contar()
     {
         const auto &registro = modelo.tarea().registro();
-        if (!registro.isEmpty())
+        // The bars of single batches are for the log; here the overall progress is painted.
+        if (!registro.isEmpty() && !porcentajeEn(registro.last()))
             Consola::palabras(registro.last());
     }
 
