@@ -12,10 +12,8 @@ Item {
     NombreDeIPhone {
         id: nombre
 
-        anchors.left: parent.left
-        anchors.leftMargin: 16
-        anchors.right: bateria.visible ? bateria.left : espacio.left
-        anchors.rightMargin: 16
+        x: 16
+        width: Math.min(implicitWidth, (bateria.visible ? bateria.x : espacio.visible ? espacio.x : raiz.width) - x - 16)
         anchors.verticalCenter: parent.verticalCenter
         iphone: raiz.iphone
         variosIPhones: raiz.cabecera.modelo.dispositivos.length > 1

@@ -25,8 +25,7 @@ Item {
         spacing: 14
 
         Texto {
-            id: tanto
-
+            anchors.verticalCenter: parent.verticalCenter
             visible: raiz.porcentaje >= 0
             tipo: Texto.Menor
             font.weight: Font.Bold
@@ -35,6 +34,7 @@ Item {
         }
 
         Texto {
+            anchors.verticalCenter: parent.verticalCenter
             visible: text !== ""
             width: Math.min(implicitWidth, fila.width - x - (resto.visible ? resto.width + 14 : 0))
             tipo: Texto.Menor
@@ -45,6 +45,7 @@ Item {
         Row {
             id: resto
 
+            anchors.verticalCenter: parent.verticalCenter
             visible: raiz.quedan !== ""
             spacing: 5
 

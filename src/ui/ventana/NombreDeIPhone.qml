@@ -13,11 +13,11 @@ BotonBase {
     nombre: raiz.iphone.nombre + ". Elegir otro iPhone"
     ayuda: raiz.variosIPhones ? "Elegir otro iPhone" : ""
     Accessible.ignored: !raiz.variosIPhones
+    implicitWidth: letras.x + Math.max(nombre.implicitWidth, datos.implicitWidth) + (raiz.variosIPhones ? 36 : 0)
     implicitHeight: 48
 
     Rectangle {
-        width: Math.min(parent.width, letras.x + letras.width + 34)
-        height: parent.height
+        anchors.fill: parent
         radius: raiz.radio
         visible: raiz.variosIPhones && raiz.encima
         color: Tema.fondo
@@ -35,7 +35,7 @@ BotonBase {
         id: letras
 
         x: 50
-        width: Math.min(parent.width - x - (raiz.variosIPhones ? 34 : 0), Math.max(nombre.implicitWidth, datos.implicitWidth))
+        width: Math.min(parent.width - x - (raiz.variosIPhones ? 36 : 0), Math.max(nombre.implicitWidth, datos.implicitWidth))
         anchors.verticalCenter: parent.verticalCenter
         spacing: 2
 
