@@ -39,6 +39,7 @@ Item {
             width: Math.min(implicitWidth, fila.width - x - (resto.visible ? resto.width + 14 : 0))
             tipo: Texto.Menor
             wrapMode: Text.Wrap
+            lineHeight: 1
             text: raiz.detalle
         }
 
