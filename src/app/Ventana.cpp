@@ -25,11 +25,11 @@ int abrirVentana(int &argc, char **argv)
     Modelo modelo;
     QObject::connect(&modelo, &Modelo::refrescado, &modelo, [&modelo] { trasRefrescar(modelo); });
     // There is no password store yet: the owner's own encryption setting on the phone decides.
-    Copias copias(modelo, [](const QString &) { return true; });
+    Copias copias(modelo, [](const QString &) { return std::nullopt; });
 
     QQmlApplicationEngine motor;
     if (!abrirVentanaPrincipal(motor, {modelo, copias, apariencia, Herramientas::queFalta()}))
-        return 2;
+        return 1;
     return QGuiApplication::exec();
 }
 

@@ -16,6 +16,7 @@ Copias::Copias(Modelo &elModelo, HayClave clave, QObject *padre)
     : QObject(padre), modelo(elModelo), hayClave(std::move(clave))
 {
     connect(&modelo, &Modelo::cambioDeSesion, this, &Copias::cambio);
+    connect(&modelo, &Modelo::refrescado, this, &Copias::cambio);
     connect(&modelo.tarea(), &Tarea::acabada, this, &Copias::cambio);
 }
 
@@ -48,7 +49,10 @@ QString Copias::ultimaCopia() const
 QString Copias::pieDeHacerCopia() const
 {
     const auto &elegido = modelo.seleccionado();
-    return elegido && hayClave(elegido->id) ? u"Cifrada, incluye todo"_s : u"Te pediré una contraseña"_s;
+    const auto hay = elegido ? hayClave(elegido->id) : false;
+    if (!hay)
+        return {};
+    return *hay ? u"Cifrada, incluye todo"_s : u"Te pediré una contraseña"_s;
 }
 
 void Copias::pedirCopia()
@@ -65,7 +69,7 @@ void Copias::pedirCopia()
                                  u"Espera a que acabe y vuelve a darle."_s};
         return tarea.rechazar(u"Copia de seguridad"_s, u"Ya hay una copia en marcha"_s, lineas);
     }
-    if (!hayClave(elegido->id)) {
+    if (!hayClave(elegido->id).value_or(true)) {
         pidiendoClave_ = true;
         emit cambio();
         return;

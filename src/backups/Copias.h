@@ -23,8 +23,8 @@ class Copias : public QObject
     Q_PROPERTY(bool pidiendoClave READ pidiendoClave NOTIFY cambio)
 
 public:
-    /// Whether a backup password is stored for a UDID.
-    using HayClave = std::function<bool(const QString &udid)>;
+    /// Whether a backup password is stored for a UDID; absent when there is no store to ask.
+    using HayClave = std::function<std::optional<bool>(const QString &udid)>;
 
     Copias(Modelo &modelo, HayClave hayClave, QObject *padre = nullptr);
 
@@ -35,6 +35,7 @@ public:
     QString avisoTexto() const;
     /// "hoy", "hace 1 día", "hace 21 días", or "nunca".
     QString ultimaCopia() const;
+    /// What the backup will hold, under the button; empty when it is not known.
     QString pieDeHacerCopia() const;
     bool pidiendoClave() const { return pidiendoClave_; }
 

@@ -13,6 +13,7 @@
 #include <QStorageInfo>
 
 #include <algorithm>
+#include <tuple>
 
 using namespace Qt::StringLiterals;
 
@@ -23,6 +24,7 @@ namespace
 {
 
 const auto claveConocidos = u"iPhonesConocidos"_s;
+const auto sentenciaSinAcceso = u"El iPhone no me deja entrar. Desbloquéalo y, si te lo pregunta, toca «Confiar»."_s;
 constexpr qint64 margenDeDisco = 2'000'000'000;
 
 QList<Dispositivo> leerConectados()
@@ -97,12 +99,15 @@ void Modelo::aplicar(const QList<Dispositivo> &leidos, const std::optional<QStri
     QList<Dispositivo> fundidos;
     for (const auto &fresco : leidos)
         fundidos << fundir(fresco, conUdid(fresco.id));
+    // A view that is told of a change makes its rows anew, so it is told of true ones only.
+    const auto visto = std::tuple(dispositivos_, seleccionado_, iPhoneNuevo_, buscando_);
     dispositivos_ = fundidos;
     buscando_ = false;
     elegirTrasRefrescar(antes);
     if (seleccionado_ && !iPhoneNuevo_ && !esConocido(seleccionado_->id))
         iPhoneNuevo_ = seleccionado_;
-    emit cambioDeSesion();
+    if (visto != std::tuple(dispositivos_, seleccionado_, iPhoneNuevo_, buscando_))
+        emit cambioDeSesion();
     emit refrescado(antes);
 }
 
@@ -138,8 +143,7 @@ void Modelo::comprobarAcceso()
 {
     const auto &herramienta = Herramientas::pymobiledevice();
     if (!seleccionado_ || !herramienta) {
-        avisoAcceso_.reset();
-        emit cambioDeSesion();
+        ponAvisoAcceso({});
         return;
     }
     const auto preguntar = [herramienta = *herramienta, udid = seleccionado_->id] {
@@ -151,11 +155,16 @@ void Modelo::comprobarAcceso()
     enSegundoPlano(this, preguntar, [this, udid = seleccionado_->id](const QString &salida) {
         if (!seleccionado_ || seleccionado_->id != udid)
             return; // another phone is in view by now
-        avisoAcceso_.reset();
-        if (!salida.contains("/DCIM"_L1))
-            avisoAcceso_ = u"El iPhone no me deja entrar. Desbloquéalo y, si te lo pregunta, toca «Confiar»."_s;
-        emit cambioDeSesion();
+        ponAvisoAcceso(salida.contains("/DCIM"_L1) ? std::nullopt : std::optional(sentenciaSinAcceso));
     });
+}
+
+void Modelo::ponAvisoAcceso(const std::optional<QString> &aviso)
+{
+    if (aviso == avisoAcceso_)
+        return;
+    avisoAcceso_ = aviso;
+    emit cambioDeSesion();
 }
 
 bool Modelo::esConocido(const QString &udid) const

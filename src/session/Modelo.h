@@ -88,6 +88,7 @@ private:
     QString avisoAccesoTexto() const { return avisoAcceso_.value_or(QString()); }
     Tarea *tareaPuntero() { return tarea_.get(); }
     Diario *diarioPuntero() { return diario_.get(); }
+    void ponAvisoAcceso(const std::optional<QString> &aviso);
     void elegirTrasRefrescar(const std::optional<QString> &antes);
     const Dispositivo *conUdid(const QString &udid) const;
 

@@ -34,7 +34,7 @@ QQuickWindow *abrirVentanaPrincipal(QQmlApplicationEngine &motor, const ObjetosD
     tema.elegir(Tema::eleccionDe(Preferencias::texto(QStringLiteral("tema"))));
     tema.ponSistemaOscuro(objetos.apariencia.sistemaOscuro());
     QObject::connect(&objetos.apariencia, &Apariencia::cambio, &tema,
-                     [&] { tema.ponSistemaOscuro(objetos.apariencia.sistemaOscuro()); });
+                     [&tema, &apariencia = objetos.apariencia] { tema.ponSistemaOscuro(apariencia.sistemaOscuro()); });
 
     motor.addImportPath(QStringLiteral("qrc:/qt/qml"));
     motor.setInitialProperties({{QStringLiteral("modelo"), QVariant::fromValue(&objetos.modelo)},

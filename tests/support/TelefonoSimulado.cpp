@@ -13,11 +13,16 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-constexpr auto udidDeMarta = "00008120-000A1B2C3D4C1E9A";
+/// Another for each process of tests, so that what one looks for among the machine's processes is its own.
+QString udidDeMarta()
+{
+    const auto propio = QString::number(QCoreApplication::applicationPid(), 16).toUpper();
+    return u"00008120-"_s + propio.rightJustified(10, u'0') + u"4C1E9A"_s;
+}
 
 QJsonObject soloMarta()
 {
-    return {{u"telefonos"_s, QJsonArray{QJsonObject{{u"udid"_s, QLatin1String(udidDeMarta)},
+    return {{u"telefonos"_s, QJsonArray{QJsonObject{{u"udid"_s, udidDeMarta()},
                                                     {u"nombre"_s, u"iPhone de Marta"_s},
                                                     {u"producto"_s, u"iPhone15,2"_s},
                                                     {u"version"_s, u"17.5.1"_s}}}}};
@@ -58,7 +63,7 @@ TelefonoSimulado::~TelefonoSimulado()
 
 QString TelefonoSimulado::udid() const
 {
-    return QLatin1String(udidDeMarta);
+    return udidDeMarta();
 }
 
 QJsonObject TelefonoSimulado::orden(const QJsonObject &orden)

@@ -23,7 +23,7 @@ class CopiaSinVentana : public QObject
 {
 public:
     explicit CopiaSinVentana(const OpcionesDeOrden &pedidas)
-        : opciones(pedidas), copias(modelo, [](const QString &) { return true; })
+        : opciones(pedidas), copias(modelo, [](const QString &) { return std::nullopt; })
     {
         connect(&modelo, &Modelo::refrescado, this, &CopiaSinVentana::elegir);
         connect(&modelo.tarea(), &Tarea::cambio, this, &CopiaSinVentana::pintarAvance);

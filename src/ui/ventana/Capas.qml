@@ -80,8 +80,11 @@ FocusScope {
             dispositivo: raiz.modelo.iPhoneNuevo
             onAplazada: raiz.estado.aplazado = raiz.modelo.iPhoneNuevo.id
             onElegida: conCopia => {
-                raiz.modelo.marcarConocido(raiz.modelo.iPhoneNuevo.id);
-                if (conCopia)
+                // The selected phone may be another one by now; the backup is of the one that was greeted.
+                const cual = raiz.modelo.iPhoneNuevo.id;
+                raiz.modelo.seleccionar(cual);
+                raiz.modelo.marcarConocido(cual);
+                if (conCopia && raiz.modelo.seleccionado.id === cual)
                     raiz.copias.pedirCopia();
             }
         }
