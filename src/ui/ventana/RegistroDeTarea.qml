@@ -28,6 +28,14 @@ Rectangle {
         TextEdit {
             id: texto
 
+            readonly property string entero: raiz.lineas.join("\n")
+
+            // New lines wait while something is selected: to set the text anew would lose the selection.
+            function ponAlDia() {
+                if (selectedText === "" && text !== entero)
+                    text = entero;
+            }
+
             x: 12
             y: 9
             width: parent.width - 24
@@ -40,7 +48,9 @@ Rectangle {
             color: Tema.texto
             selectionColor: Tema.acento
             selectedTextColor: Tema.sobreAcento
-            text: raiz.lineas.join("\n")
+            Component.onCompleted: ponAlDia()
+            onEnteroChanged: ponAlDia()
+            onSelectedTextChanged: ponAlDia()
             Accessible.role: Accessible.EditableText
             Accessible.name: "Detalles"
             Accessible.readOnly: true
