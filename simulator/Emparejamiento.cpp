@@ -42,7 +42,10 @@ void Emparejamiento::cargar(const QString &wifi)
 void Emparejamiento::crearRegistro()
 {
     const QVariantMap registro = identidad_->registro(udid_, wifi_);
-    hosts_.insert(registro[u"HostID"_s].toString());
+    {
+        const std::lock_guard cerrojo(mutex_);
+        hosts_.insert(registro[u"HostID"_s].toString());
+    }
     guardarRegistro(plistXml(registro));
 }
 

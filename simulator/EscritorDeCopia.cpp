@@ -53,6 +53,9 @@ std::optional<Desenlace> EscritorDeCopia::escribir()
     if (!completa_ && !leerAnterior())
         return {};
     entradas_ = inventariar(telefono_.carpeta());
+    // No phone is empty: its contents are gone, and going on would clear away what the computer has of them.
+    if (entradas_.isEmpty())
+        return errorDeCopia(1);
     for (qsizetype i = 0; i < entradas_.size(); ++i) {
         const EntradaDeCopia &entrada = entradas_[i];
         const auto antes = anterior_.constFind(entrada.id);
@@ -167,26 +170,28 @@ std::optional<Desenlace> EscritorDeCopia::subirCambios()
             bytes += quint64(entradas_[cambios_[fin++]].tamano);
         if (!enlace_.empezarSubida(progreso(), bytes))
             return {};
-        bool interrumpida = false;
-        for (; i < fin && !interrumpida; ++i) {
-            if (!subirFichero(entradas_[cambios_[i]]))
+        auto desenlace = std::make_optional<Desenlace>();
+        for (; i < fin && desenlace->codigo == 0; ++i) {
+            desenlace = subirFichero(entradas_[cambios_[i]]);
+            if (!desenlace)
                 return {};
-            interrumpida = fallo && ficherosEnviados_ >= fallo->trasFicheros;
+            if (fallo && ficherosEnviados_ >= fallo->trasFicheros)
+                desenlace = errorDeCopia(fallo->error.toInt(), fallo->texto);
         }
         if (!enlace_.terminarSubida())
             return enlace_.roto() ? std::optional<Desenlace>() : errorDeCopia(1);
-        if (interrumpida)
-            return errorDeCopia(fallo->error.toInt(), fallo->texto);
+        if (desenlace->codigo != 0)
+            return desenlace;
     }
     return Desenlace{};
 }
 
-bool EscritorDeCopia::subirFichero(EntradaDeCopia &entrada)
+std::optional<Desenlace> EscritorDeCopia::subirFichero(EntradaDeCopia &entrada)
 {
     if (telefono_.averias().tocaCortarEntreFicheros(servicioDeCopia, ficherosEnviados_)) {
         enlace_.vaciar();
         telefono_.desconectar();
-        return false;
+        return {};
     }
     QFile fichero(QFile::decodeName(entrada.origen));
     QBuffer nada;
@@ -194,16 +199,18 @@ bool EscritorDeCopia::subirFichero(EntradaDeCopia &entrada)
     // Unbuffered: pieces of a megabyte go straight from the file to the socket's buffer. A file that went away since
     // the inventory leaves an empty one.
     const bool abierto = fichero.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    if (!abierto && fichero.exists())
+        return errorDeCopia(1, u"Cannot read "_s + entrada.ruta);
     QIODevice &origen = abierto ? static_cast<QIODevice &>(fichero) : nada;
     const QString enTelefono = u"/var/mobile/"_s + entrada.dominio + u'/' + entrada.ruta;
     qint64 enviados = 0;
     if (!enlace_.subir(enTelefono, ruta(u"Snapshot/"_s + entrada.nombreEnCopia()), origen, enviados))
-        return false;
+        return {};
     // What the manifest says is what was sent, even if the file changed on the way.
     entrada.tamano = enviados;
     bytesEnviados_ += quint64(enviados);
     ++ficherosEnviados_;
-    return true;
+    return Desenlace{};
 }
 
 bool EscritorDeCopia::subirManifiestos()

@@ -43,7 +43,7 @@ private:
     bool prepararDestino();
     bool crearCarpetas();
     std::optional<Desenlace> subirCambios();
-    bool subirFichero(EntradaDeCopia &entrada);
+    std::optional<Desenlace> subirFichero(EntradaDeCopia &entrada);
     bool subirManifiestos();
     bool colocar();
     bool limpiar();

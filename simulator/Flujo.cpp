@@ -115,6 +115,9 @@ bool Flujo::enviarFrenado(const char *datos, qint64 bytes)
 
 bool Flujo::activarTls(const Identidad &identidad)
 {
+    // A second session inside the first; no computer opens one.
+    if (ssl_)
+        return false;
     ssl_ = SSL_new(identidad.contexto());
     if (!ssl_)
         return false;

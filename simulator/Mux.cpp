@@ -14,6 +14,7 @@
 #include <cstring>
 #include <sys/socket.h>
 #include <sys/un.h>
+#include <system_error>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -76,18 +77,24 @@ void Mux::aceptar()
 {
     for (;;) {
         const int descriptor = accept4(escucha_, nullptr, nullptr, SOCK_CLOEXEC);
+        // Without descriptors left accept fails at once, again and again, until some connection ends.
+        if (descriptor < 0)
+            std::this_thread::sleep_for(std::chrono::milliseconds(50));
         const std::lock_guard cerrojo(mutex_);
         if (parando_) {
             if (descriptor >= 0)
                 close(descriptor);
             return;
         }
-        if (descriptor < 0)
-            continue;
-        auto flujo = std::make_shared<Flujo>(descriptor);
-        flujos_.insert(flujo);
-        ++hilos_;
-        std::thread([this, flujo]() mutable {
+        if (descriptor >= 0)
+            empezar(std::make_shared<Flujo>(descriptor));
+    }
+}
+
+void Mux::empezar(const std::shared_ptr<Flujo> &nuevo)
+{
+    try {
+        std::thread([this, flujo = nuevo]() mutable {
             servir(flujo);
             flujo->cortar();
             const std::lock_guard fin(mutex_);
@@ -96,7 +103,12 @@ void Mux::aceptar()
             --hilos_;
             sinHilos_.notify_all();
         }).detach();
+    } catch (const std::system_error &) {
+        return; // no thread to be had: the stream closes with its last owner
     }
+    // The thread cannot have ended yet: its end needs the mutex that is held here.
+    flujos_.insert(nuevo);
+    ++hilos_;
 }
 
 void Mux::parar()
@@ -154,7 +166,7 @@ void Mux::servir(const std::shared_ptr<Flujo> &flujo)
 
 bool Mux::atenderUna(const std::shared_ptr<Flujo> &flujo)
 {
-    constexpr quint32 maximo = 1 << 20;
+    constexpr quint32 maximo = 64 << 10; // a pair record, by far the largest message, takes some ten
     quint32 campos[4];
     if (!flujo->leer(reinterpret_cast<char *>(campos), sizeof campos))
         return false;

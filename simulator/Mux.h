@@ -45,6 +45,7 @@ private:
     };
 
     void aceptar();
+    void empezar(const std::shared_ptr<Flujo> &nuevo); ///< with mutex_ held
     void servir(const std::shared_ptr<Flujo> &flujo);
     /// False when the conversation with the daemon is over (end of stream, or the stream was handed to a phone).
     bool atenderUna(const std::shared_ptr<Flujo> &flujo);

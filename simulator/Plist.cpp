@@ -30,9 +30,12 @@ struct LiberaMemoria {
 };
 using TextoC = std::unique_ptr<char, LiberaMemoria>;
 
-QVariant leerNodo(plist_t nodo);
+// Deeper than anything a computer or a backup sends; what hangs below reads as absent.
+constexpr int hondoMaximo = 100;
 
-QVariantMap leerDiccionario(plist_t nodo)
+QVariant leerNodo(plist_t nodo, int hondo);
+
+QVariantMap leerDiccionario(plist_t nodo, int hondo)
 {
     QVariantMap mapa;
     plist_dict_iter iterador = nullptr;
@@ -44,13 +47,13 @@ QVariantMap leerDiccionario(plist_t nodo)
         const TextoC claveDuena(clave);
         if (!hijo)
             break;
-        mapa.insert(QString::fromUtf8(clave), leerNodo(hijo));
+        mapa.insert(QString::fromUtf8(clave), leerNodo(hijo, hondo + 1));
     }
     free(iterador);
     return mapa;
 }
 
-QVariantList leerLista(plist_t nodo)
+QVariantList leerLista(plist_t nodo, int hondo)
 {
     QVariantList lista;
     plist_array_iter iterador = nullptr;
@@ -60,7 +63,7 @@ QVariantList leerLista(plist_t nodo)
         plist_array_next_item(nodo, iterador, &hijo);
         if (!hijo)
             break;
-        lista.append(leerNodo(hijo));
+        lista.append(leerNodo(hijo, hondo + 1));
     }
     free(iterador);
     return lista;
@@ -99,8 +102,10 @@ QVariant leerDatos(plist_t nodo)
     return QByteArray(datos, qsizetype(largo));
 }
 
-QVariant leerNodo(plist_t nodo)
+QVariant leerNodo(plist_t nodo, int hondo)
 {
+    if (hondo > hondoMaximo)
+        return {};
     uint8_t logico = 0;
     double real = 0;
     uint64_t uid = 0;
@@ -123,9 +128,9 @@ QVariant leerNodo(plist_t nodo)
     case PLIST_DATE:
         return leerFecha(nodo);
     case PLIST_ARRAY:
-        return leerLista(nodo);
+        return leerLista(nodo, hondo);
     case PLIST_DICT:
-        return leerDiccionario(nodo);
+        return leerDiccionario(nodo, hondo);
     default:
         return {};
     }
@@ -190,7 +195,7 @@ std::optional<QVariant> leerPlist(const QByteArray &bytes)
     const NodoPropio nodo(crudo);
     if (!nodo)
         return {};
-    return leerNodo(nodo.get());
+    return leerNodo(nodo.get(), 0);
 }
 
 QByteArray plistXml(const QVariant &valor)

@@ -51,10 +51,12 @@ std::optional<Desenlace> RestauradorDeCopia::restaurar()
         if (!tanda || tanda->codigo != 0)
             return tanda;
     }
+    if (recibidos_ != orden_.size())
+        return errorDeCopia(205, u"Missing files in backup"_s);
     const QString definitiva = telefono_.carpeta() + "/restaurado"_L1;
     QDir(definitiva).removeRecursively();
-    if (recibidos_ != orden_.size() || !QDir().rename(nueva_, definitiva))
-        return errorDeCopia(205, u"Missing files in backup"_s);
+    if (!QDir().rename(nueva_, definitiva))
+        return errorDeCopia(1);
     telefono_.averias().contarEvento(u"restaurado %1 ficheros"_s.arg(recibidos_));
     return Desenlace{};
 }

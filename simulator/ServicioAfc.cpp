@@ -8,9 +8,11 @@
 #include <QFile>
 #include <QtEndian>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <limits>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -109,20 +111,35 @@ bool SesionAfc::recibir(Paquete &paquete)
     const auto propio = qFromLittleEndian<quint64>(cabecera + 16);
     if (propio < quint64(largoCabecera) || entero < propio || propio > maximaCabeza)
         return false;
+    const quint64 carga = entero - propio;
     paquete.numero = qFromLittleEndian<quint64>(cabecera + 24);
     paquete.operacion = qFromLittleEndian<quint64>(cabecera + 32);
-    paquete.carga = qint64(entero - propio);
+    // Only a write streams its payload; what others put there is little, and belongs to their data.
+    const bool fluye = paquete.operacion == Escribir;
+    if (carga > (fluye ? quint64(std::numeric_limits<qint64>::max()) : maximaCabeza))
+        return false;
+    paquete.carga = qint64(carga);
     paquete.datos.resize(qsizetype(propio) - largoCabecera);
     if (!flujo_.leer(paquete.datos.data(), paquete.datos.size()))
         return false;
-    if (paquete.operacion == Escribir || paquete.carga == 0)
+    if (fluye || paquete.carga == 0)
         return true;
-    // Only a write streams its payload; the little that others may put there belongs to their data.
     QByteArray resto(paquete.carga, Qt::Uninitialized);
     paquete.carga = 0;
-    const bool bien = resto.size() <= qsizetype(maximaCabeza) && flujo_.leer(resto.data(), resto.size());
+    const bool bien = flujo_.leer(resto.data(), resto.size());
     paquete.datos += resto;
     return bien;
+}
+
+bool SesionAfc::descartar(qint64 bytes)
+{
+    constexpr qint64 pieza = 1 << 20;
+    QByteArray sobra(std::min(bytes, pieza), Qt::Uninitialized);
+    for (; bytes > 0; bytes -= std::min(bytes, pieza)) {
+        if (!flujo_.leer(sobra.data(), std::min(bytes, pieza)))
+            return false;
+    }
+    return true;
 }
 
 bool SesionAfc::responder(const Paquete &paquete, quint64 tipo, const QByteArray &cabeza, const QByteArray &carga)
@@ -153,10 +170,8 @@ bool SesionAfc::atender(Paquete &paquete)
     auto fallo = averias.tomarFallo(u"afc:"_s + nombre);
     if (!fallo && posicion >= 0)
         fallo = averias.tomarFallo(nombre + u':' + QFile::decodeName(textoEn(paquete.datos, posicion)));
-    if (fallo) {
-        QByteArray sobra(paquete.carga, Qt::Uninitialized);
-        return flujo_.leer(sobra.data(), sobra.size()) && estado(paquete, fallo->error.toULongLong());
-    }
+    if (fallo)
+        return descartar(paquete.carga) && estado(paquete, fallo->error.toULongLong());
     if (paquete.operacion == DelAparato)
         return delAparato(paquete);
     return posicion >= 0 ? atenderRuta(paquete) : atenderManejador(paquete);

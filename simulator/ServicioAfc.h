@@ -30,6 +30,7 @@ private:
         qint64 carga = 0; ///< payload bytes still unread on the stream
     };
     bool recibir(Paquete &paquete);
+    bool descartar(qint64 bytes);
     bool atender(Paquete &paquete);
     bool atenderRuta(const Paquete &paquete);
     bool atenderManejador(Paquete &paquete);

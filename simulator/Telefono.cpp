@@ -216,9 +216,12 @@ bool Telefono::ocuparEspacio(qint64 bytes)
 quint16 Telefono::abrirPuerto(const QString &servicio, bool tls)
 {
     const std::lock_guard cerrojo(mutex_);
-    do {
-        ultimoPuerto_ = ultimoPuerto_ >= 60000 ? 50001 : quint16(ultimoPuerto_ + 1);
-    } while (puertos_.contains(ultimoPuerto_));
+    constexpr int primero = 50001;
+    constexpr int cuantos = 10'000;
+    constexpr int enEspera = 1000;
+    ultimoPuerto_ = quint16(primero + (ultimoPuerto_ + 1 - primero) % cuantos);
+    // Numbers go round in order, so this forgets the oldest one that nobody came for, and the next is always free.
+    puertos_.remove(quint16(primero + (ultimoPuerto_ - primero + cuantos - enEspera) % cuantos));
     puertos_.insert(ultimoPuerto_, {servicio, tls});
     return ultimoPuerto_;
 }

@@ -9,6 +9,7 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QHash>
 #include <QStandardPaths>
 
@@ -74,8 +75,11 @@ QString prepararContenido(const Ajustes &ajustes, const AjustesTelefono &telefon
                                                                    {u"grande"_s, OpcionesContenido::Grande}};
     if (!tamanos.contains(ajustes.tamano))
         return u"El tamaño es minimo, normal o grande"_s;
-    if (telefono.ruido || QDir(carpeta).exists())
+    if (telefono.ruido || QFile::exists(carpeta + "/telefono.json"_L1))
         return {};
+    // An empty folder is as good as none; anything else in it belongs to somebody.
+    if (QDir(carpeta).exists() && !QDir().rmdir(carpeta))
+        return u"Falta %1/telefono.json"_s.arg(carpeta);
     OpcionesContenido opciones;
     opciones.udid = telefono.udid;
     if (!telefono.nombre.isEmpty())

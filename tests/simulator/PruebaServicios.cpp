@@ -183,10 +183,12 @@ void PruebaServicios::nadieSaleDeLaRaiz()
     for (const auto *ruta : {"/..", "../..", "/DCIM/../../..", "/./.."})
         QVERIFY2(listar(afc, ruta) == raiz || listar(afc, ruta) == QStringList{u"(error)"_s}, ruta);
     QCOMPARE(abrirFichero(afc, "/../telefono.json", AFC_FOPEN_RDONLY), 0U);
-    afc_make_link(afc.get(), AFC_SYMLINK, "../..", "/Downloads/salida");
+    QCOMPARE(afc_make_link(afc.get(), AFC_SYMLINK, "../..", "/Downloads/salida"), AFC_E_SUCCESS);
     QVERIFY(!listar(afc, "/Downloads/salida").contains(u"telefono.json"_s));
     QVERIFY(!listar(afc, "/Downloads/salida/..").contains(u"telefono.json"_s));
     QCOMPARE(abrirFichero(afc, "/Downloads/salida/telefono.json", AFC_FOPEN_RDONLY), 0U);
+    QCOMPARE(listar(afc, "/"), raiz); // it was refused by a connection that still works
+    QVERIFY(raiz.contains(u"Downloads"_s));
 }
 
 void PruebaServicios::cerrojosYAverias()
