@@ -68,7 +68,7 @@ std::optional<QString> defectoDe(const QString &carpeta, QStringList &detalles)
     if (!recuento)
         return u"No se puede leer Manifest.db."_s;
     if (recuento->ausentes > 0)
-        detalles << u"Ficheros de la lista que el iPhone no ha enviado: %1."_s.arg(recuento->ausentes);
+        detalles << u"Ficheros de la lista que no están en la copia: %1."_s.arg(recuento->ausentes);
     if (recuento->cortos > 0)
         return u"Ficheros que no están enteros en la copia: %1."_s.arg(recuento->cortos);
     return {};
@@ -89,13 +89,16 @@ ComprobacionDeCopia comprobarCopia(const QString &carpeta)
     return resultado;
 }
 
-void apartarManifiesto(const QString &carpeta)
+void apartarManifiesto(const QString &carpeta, const QDateTime &desde)
 {
-    const auto nombre = carpeta + u"/Manifest.db"_s;
-    const auto apartado = nombre + u".incompleto"_s;
+    const QFileInfo lista(carpeta + u"/Manifest.db"_s);
+    // File systems keep the second only, some of them.
+    if (!lista.exists() || lista.lastModified().toSecsSinceEpoch() < desde.toSecsSinceEpoch())
+        return;
+    const auto apartado = lista.filePath() + u".incompleto"_s;
     QFile::remove(apartado);
-    if (!QFile::rename(nombre, apartado))
-        QFile::remove(nombre); // a full disk may have no room for a new name either
+    if (!QFile::rename(lista.filePath(), apartado) && lista.size() == 0)
+        QFile::remove(lista.filePath()); // a full disk may have no room for a new name either
 }
 
 } // namespace vellora

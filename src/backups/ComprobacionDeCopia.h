@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDateTime>
 #include <QString>
 #include <QStringList>
 
@@ -21,8 +22,9 @@ struct ComprobacionDeCopia {
 /// here; its size is looked at only. Blocks for about a second per 50,000 files: background threads only.
 ComprobacionDeCopia comprobarCopia(const QString &carpeta);
 
-/// Takes away the final name of a list of files that is not to be trusted, so that nothing takes an unfinished backup
-/// for a whole one: "Manifest.db" becomes "Manifest.db.incompleto".
-void apartarManifiesto(const QString &carpeta);
+/// Takes away the final name of a list of files that is not to be trusted, so that nothing reads an unfinished backup
+/// as a whole one: "Manifest.db" becomes "Manifest.db.incompleto". Only a list written since `desde`: an older one
+/// belongs to an earlier backup, which may be whole.
+void apartarManifiesto(const QString &carpeta, const QDateTime &desde);
 
 } // namespace vellora

@@ -54,7 +54,7 @@ public:
                 if (yo)
                     yo->final(codigo);
             });
-        vigilante.empezar();
+        vigilante.empezar(tarea.ejecutor.procesoHijo());
     }
 
 private:
@@ -80,6 +80,7 @@ private:
 
     void linea(const QString &texto)
     {
+        vigilante.haHablado();
         if (const auto porcentaje = porcentajeGlobal(texto)) {
             tarea.ponAvance(*porcentaje, 100);
             tarea.ponDetalle(u"%1% de la copia"_s.arg(*porcentaje));
@@ -97,6 +98,7 @@ private:
         if (!sigue())
             return;
         sinTelefono = true;
+        echado = true;
         tarea.apunta(u"El iPhone ya no está conectado."_s);
         tarea.ejecutor.cancelar();
     }
@@ -106,7 +108,7 @@ private:
         vigilante.parar();
         if (!sigue())
             return deleteLater();
-        if (codigo == 0 && !sinTelefono) {
+        if (codigo == 0) { // well, even if the cable left with the last words
             enSegundoPlano(
                 this, [carpeta = carpeta] { return comprobarCopia(carpeta); },
                 [this](const ComprobacionDeCopia &comprobacion) { comprobada(comprobacion); });
@@ -123,24 +125,25 @@ private:
 
     void comprobada(const ComprobacionDeCopia &comprobacion)
     {
+        if (!comprobacion.completa)
+            apartarManifiesto(carpeta, principio);
         if (!sigue())
             return deleteLater();
         for (const auto &detalle : comprobacion.detalles)
             tarea.apunta(detalle);
-        if (!comprobacion.completa) {
-            apartarManifiesto(carpeta);
+        if (!comprobacion.completa)
             return acabarMal(comprobacion.discoLleno ? sentenciaDeDiscoLleno() : motivoDelFallo());
-        }
         tarea.apunta(u"Copia de seguridad terminada."_s);
         acabar(true, u"Copia completa guardada"_s);
     }
 
     QString motivoDelFallo() const
     {
+        const auto cierta = causaCierta(tarea.registro());
+        if (cierta && !echado)
+            return *cierta;
         if (sinTelefono)
             return sentenciaDeIPhonePerdido();
-        if (const auto cierta = causaCierta(tarea.registro()))
-            return *cierta;
         // Every run announces whether it will be encrypted; that line is no trouble with a password.
         auto lineas = tarea.registro();
         lineas.removeIf([](const QString &una) { return una.startsWith("Backup will be "_L1); });
@@ -167,7 +170,9 @@ private:
     QString carpeta;
     QString destino;
     int numero;
+    QDateTime principio = QDateTime::currentDateTime();
     bool sinTelefono = false;
+    bool echado = false; ///< the tool was ended by us, because the phone had left
     VigilanteDelTelefono vigilante;
 };
 

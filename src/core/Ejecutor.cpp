@@ -43,7 +43,9 @@ private:
             const auto byte = static_cast<unsigned char>(bytes[bytes.size() - n]);
             if ((byte & 0xC0U) == 0x80U)
                 continue; // inside a character: its first byte is further back
-            const qsizetype largo = byte >= 0xF0U ? 4 : byte >= 0xE0U ? 3 : byte >= 0xC0U ? 2 : 1;
+            if (byte < 0xC2U || byte > 0xF4U)
+                return 0; // begins no character
+            const qsizetype largo = byte >= 0xF0U ? 4 : byte >= 0xE0U ? 3 : 2;
             return largo > n ? n : 0;
         }
         return 0;
@@ -108,7 +110,11 @@ QStringList partirEnLineas(const QString &texto)
 
 Ejecutor::Ejecutor(QObject *padre) : QObject(padre) {}
 
-Ejecutor::~Ejecutor() = default;
+Ejecutor::~Ejecutor()
+{
+    if (const auto grupo = proceso ? static_cast<pid_t>(proceso->processId()) : 0; grupo > 0)
+        kill(-grupo, SIGKILL);
+}
 
 bool Ejecutor::enMarcha() const
 {

@@ -47,6 +47,8 @@ public:
     void cancelar();
 
     bool enMarcha() const;
+    /// Process identifier of the running child, 0 when none runs.
+    qint64 procesoHijo() const { return proceso ? proceso->processId() : 0; }
 
     /// When present, the whole environment of the next `lanzar`, which consumes it. PATH (the search folders) and
     /// PYTHONUNBUFFERED are set in any case.

@@ -110,7 +110,8 @@ QString Ejecutor::rapido(const QString &ejecutable, const QStringList &argumento
         kill(hijo, SIGTERM);
     while (leerUnaVez(*lectura, salida)) {
     }
-    waitpid(hijo, nullptr, 0);
+    while (waitpid(hijo, nullptr, 0) < 0 && errno == EINTR) {
+    }
 
     QStringDecoder decodificar(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     QString texto = decodificar(salida);

@@ -99,6 +99,7 @@ void PruebaCatalogo::losAvisos()
 {
     QVERIFY(Catalogo::aviso({})->startsWith(u"No tienes ninguna copia de seguridad de este iPhone."_s));
     QVERIFY(!Catalogo::aviso(13));
+    QVERIFY(Catalogo::aviso(14));
     QCOMPARE(Catalogo::aviso(21), u"La última copia de seguridad es de hace 21 días."_s);
 }
 

@@ -118,7 +118,7 @@ void PruebaComprobacion::loQueElTelefonoNoEnvioSeDice()
     QVERIFY(QFile::remove(carpeta->filePath(u"00/%1"_s.arg(9, 40, 16, QLatin1Char('0')))));
     const auto resultado = comprobarCopia(carpeta->path());
     QVERIFY(resultado.completa);
-    QCOMPARE(resultado.detalles, QStringList{u"Ficheros de la lista que el iPhone no ha enviado: 1."_s});
+    QCOMPARE(resultado.detalles, QStringList{u"Ficheros de la lista que no están en la copia: 1."_s});
 }
 
 void PruebaComprobacion::cifrada()
@@ -135,8 +135,12 @@ void PruebaComprobacion::cifrada()
 void PruebaComprobacion::apartar()
 {
     escribir(u"Manifest.db.incompleto"_s, "de antes");
-    apartarManifiesto(carpeta->path());
+    apartarManifiesto(carpeta->path(), QDateTime::currentDateTime().addSecs(60)); // of an earlier backup
+    QVERIFY(QFile::exists(carpeta->filePath(u"Manifest.db"_s)));
+    apartarManifiesto(carpeta->path(), QDateTime::currentDateTime().addSecs(-60));
     QVERIFY(!QFile::exists(carpeta->filePath(u"Manifest.db"_s)));
+    QVERIFY(QFile(carpeta->filePath(u"Manifest.db.incompleto"_s)).size() > 100);
+    apartarManifiesto(carpeta->path(), QDateTime::currentDateTime().addSecs(-60)); // nothing new to put in its place
     QVERIFY(QFile(carpeta->filePath(u"Manifest.db.incompleto"_s)).size() > 100);
 }
 

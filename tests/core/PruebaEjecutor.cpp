@@ -136,13 +136,14 @@ void PruebaEjecutor::cancelarAcabaConTodoElGrupo()
 {
     Ejecutor ejecutor;
     Resultado resultado;
-    lanzar(ejecutor, resultado, u"(trap '' TERM; echo $$; exec sleep 60) & sh -c 'echo $$; exec sleep 60' & wait"_s);
+    lanzar(ejecutor, resultado,
+           u"sh -c 'trap \"\" TERM; echo $$; exec sleep 60' & sh -c 'echo $$; exec sleep 60' & wait"_s);
     QTRY_COMPARE(resultado.lineas.size(), 2);
     ejecutor.cancelar();
     ejecutor.cancelar();
     QTRY_COMPARE(resultado.finales, QList<int>{SIGTERM});
-    const auto nieto = resultado.lineas.last().toInt();
-    QTRY_VERIFY(!vive(nieto));
+    for (const auto &nieto : std::as_const(resultado.lineas))
+        QTRY_VERIFY(!vive(nieto.toInt()));
     QTest::qWait(100);
     QCOMPARE(resultado.finales.size(), 1);
 }

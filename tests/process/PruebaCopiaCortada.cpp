@@ -24,6 +24,7 @@ private slots:
     void elAvanceLlegaMientrasSucede();
     void sinCable_data();
     void sinCable();
+    void sinCableUnMomento();
     void bloqueadoAntesDeEmpezar();
     void cancelar();
     void elProgramaMuereYVuelveAEmpezar();
@@ -128,6 +129,23 @@ void PruebaCopiaCortada::sinCable()
     copias->pedirCopia();
     QTRY_VERIFY_WITH_TIMEOUT(!tarea.enMarcha(), 60000);
     QCOMPARE(tarea.terminadaBien(), true);
+}
+
+void PruebaCopiaCortada::sinCableUnMomento()
+{
+    const QJsonObject corte{
+        {u"orden"_s, u"cortar"_s}, {u"servicio"_s, u"com.apple.mobilebackup2"_s}, {u"entre_ficheros"_s, 5}};
+    QVERIFY(telefono->orden(corte).value(u"bien"_s).toBool());
+    auto &tarea = modelo->tarea();
+    copias->pedirCopia();
+    // Back so soon that nobody looked: only the tool, which waits for ever, can give it away.
+    QTRY_VERIFY_WITH_TIMEOUT(telefono->orden(QJsonObject{{u"orden"_s, u"contar"_s}})[u"cuentas"_s][u"conectado"_s] ==
+                                 QJsonValue(false),
+                             20000);
+    QVERIFY(telefono->orden(u"conectar"_s));
+    QTRY_VERIFY_WITH_TIMEOUT(!tarea.enMarcha(), 60000);
+    QCOMPARE(tarea.registro().last(), u"He perdido el iPhone. Comprueba el cable."_s);
+    nadaAMedias();
 }
 
 void PruebaCopiaCortada::bloqueadoAntesDeEmpezar()

@@ -116,14 +116,12 @@ void PruebaCopiaReal::fallosDelTelefono_data()
         return orden;
     };
     const auto bloqueado = u"El iPhone estaba bloqueado. Desbloquéalo con tu código y dale otra vez."_s;
-    const auto confianza = u"El iPhone no me deja entrar. Desbloquéalo y, si te lo pregunta, toca «Confiar»."_s;
     QTest::newRow("locked when it starts") << fallar(u"Backup"_s, 208, u"Device locked"_s) << bloqueado;
     QTest::newRow("computer without room")
         << fallar(u"Backup"_s, 105, u"Insufficient free disk space"_s) << u"No cabe en el disco del Mac."_s;
-    QTest::newRow("trust denied") << fallar(u"StartService:com.apple.mobilebackup2"_s, u"UserDeniedPairing"_s)
-                                  << QString();
+    QTest::newRow("service refused") << fallar(u"StartService:com.apple.mobilebackup2"_s, u"UserDeniedPairing"_s)
+                                     << QString();
     QTest::newRow("another error") << fallar(u"Backup"_s, 205) << QString();
-    Q_UNUSED(confianza)
 }
 
 void PruebaCopiaReal::fallosDelTelefono()

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -34,6 +35,17 @@ bool hayProcesoCon(const QString &palabra)
         QFile orden(carpeta + u"/cmdline"_s);
         return orden.open(QIODevice::ReadOnly) && orden.readAll().contains(buscada);
     });
+}
+
+double segundosDeProcesador(qint64 proceso)
+{
+    QFile estado(u"/proc/%1/stat"_s.arg(proceso));
+    if (!estado.open(QIODevice::ReadOnly))
+        return 0;
+    // After the name, which may hold anything: the times of user and system are the 12th and 13th.
+    const auto campos = estado.readAll().split(')').last().trimmed().split(' ');
+    const auto marcas = campos.value(11).toDouble() + campos.value(12).toDouble();
+    return marcas / static_cast<double>(sysconf(_SC_CLK_TCK));
 }
 
 bool hayOtroProcesoDelPrograma()
