@@ -60,17 +60,9 @@ void Tarea::muestra()
     emit cambio();
 }
 
-void Tarea::ponEnMarcha(bool valor)
-{
-    if (valor && !enMarcha_)
-        idActividad_ = diario.empezar(titulo_.isEmpty() ? u"Trabajando"_s : titulo_);
-    enMarcha_ = valor;
-    emit cambio();
-}
-
 void Tarea::empezar(const QString &titulo, const QString &detalle)
 {
-    ponTitulo(titulo);
+    titulo_ = titulo;
     ponDetalle(detalle);
     desvelador.despierta();
     terminadaBien_.reset();
@@ -78,10 +70,14 @@ void Tarea::empezar(const QString &titulo, const QString &detalle)
     carpetaResultado_.reset();
     cancelada_ = false;
     ++trabajo_;
-    ponAvance(0, 0);
+    hechos_ = 0;
+    deTotal_ = 0;
     registro_.clear();
+    if (!enMarcha_)
+        idActividad_ = diario.empezar(titulo_.isEmpty() ? u"Trabajando"_s : titulo_);
+    enMarcha_ = true;
     emit registroCambio();
-    ponEnMarcha(true);
+    emit cambio();
 }
 
 void Tarea::rechazar(const QString &titulo, const QString &detalle, const QStringList &lineas)
@@ -110,7 +106,7 @@ void Tarea::cerrar(bool bien)
 {
     cronometro.stop();
     desvelador.puedeDormir();
-    ponEnMarcha(false);
+    enMarcha_ = false;
     terminadaBien_ = bien;
     if (idActividad_) {
         const auto palabras = bien ? u"Terminado"_s : u"No se completó"_s;

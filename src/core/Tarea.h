@@ -107,7 +107,6 @@ signals:
 private:
     QVariant terminadaBienVariante() const { return terminadaBien_ ? QVariant(*terminadaBien_) : QVariant(); }
     QString carpetaResultadoTexto() const { return carpetaResultado_.value_or(QString()); }
-    void ponEnMarcha(bool valor);
 
     Diario &diario;
     QString titulo_;
