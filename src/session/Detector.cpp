@@ -27,8 +27,7 @@ std::optional<QString> valor(const QString &udid, const QString &clave)
 {
     if (!Herramientas::ideviceInfo())
         return {};
-    const auto salida = Ejecutor::rapido(*Herramientas::ideviceInfo(), {u"-u"_s, udid, u"-k"_s, clave}, 8).trimmed();
-    return salida.isEmpty() ? std::nullopt : std::optional(salida);
+    return valorEn(Ejecutor::rapido(*Herramientas::ideviceInfo(), {u"-u"_s, udid, u"-k"_s, clave}, 8));
 }
 
 QMap<QString, QString> dominio(const QString &udid, const QString &nombre)
@@ -63,6 +62,14 @@ QStringList udidsEn(const QString &salida)
             udids << udid;
     }
     return udids;
+}
+
+std::optional<QString> valorEn(const QString &salida)
+{
+    const auto valor = salida.trimmed();
+    const bool seFue = valor.startsWith("ERROR: Device "_L1) && valor.endsWith(" not found!"_L1);
+    const bool nadie = valor.startsWith("ERROR: No device found"_L1);
+    return valor.isEmpty() || seFue || nadie ? std::nullopt : std::optional(valor);
 }
 
 QMap<QString, QString> paresEn(const QString &salida)

@@ -33,6 +33,10 @@ template <typename Trabajo> auto enTurno(Trabajo trabajo)
 /// The UDIDs in the output of the listing tool: pieces of more than ten characters.
 QStringList udidsEn(const QString &salida);
 
+/// What the tool answered for one key; absent when it is empty or the tool's sentence for a phone that has gone, which
+/// it writes where the value would stand.
+std::optional<QString> valorEn(const QString &salida);
+
 /// Keys and values of lines such as "BatteryCurrentCapacity: 87"; a value may hold colons, a repeated key keeps its
 /// last.
 QMap<QString, QString> paresEn(const QString &salida);

@@ -76,7 +76,8 @@ Modelo::Modelo(QObject *padre) : QObject(padre)
     connect(this, &Modelo::cambioDeSesion, this, &Modelo::cambio);
     refrescar(false);
     connect(&reloj, &QTimer::timeout, this, [this] {
-        if (!tarea_->enMarcha())
+        // A tool that does not answer is waited for: another reading behind it would only pile up.
+        if (!tarea_->enMarcha() && leyendo == 0)
             refrescar(true);
     });
     reloj.start(segundosDelReloj * 1000);
@@ -91,7 +92,11 @@ void Modelo::refrescar(bool silencioso)
         emit cambioDeSesion();
     }
     const auto antes = seleccionado_ ? std::optional(seleccionado_->id) : std::nullopt;
-    enSegundoPlano(this, leerConectados, [this, antes](const QList<Dispositivo> &leidos) { aplicar(leidos, antes); });
+    ++leyendo;
+    enSegundoPlano(this, leerConectados, [this, antes](const QList<Dispositivo> &leidos) {
+        --leyendo;
+        aplicar(leidos, antes);
+    });
 }
 
 void Modelo::aplicar(const QList<Dispositivo> &leidos, const std::optional<QString> &antes)
@@ -128,6 +133,8 @@ void Modelo::seleccionar(const QString &udid)
     const auto *elegido = conUdid(udid);
     if (elegido == nullptr)
         return;
+    if (seleccionado_ && seleccionado_->id != udid)
+        avisoAcceso_.reset(); // it spoke of the other one
     seleccionado_ = *elegido;
     emit cambioDeSesion();
 }
@@ -142,6 +149,8 @@ const Dispositivo *Modelo::conUdid(const QString &udid) const
 void Modelo::comprobarAcceso()
 {
     const auto &herramienta = Herramientas::pymobiledevice();
+    if (preguntandoAcceso)
+        return;
     if (!seleccionado_ || !herramienta) {
         ponAvisoAcceso({});
         return;
@@ -152,7 +161,9 @@ void Modelo::comprobarAcceso()
             return Ejecutor::rapido(herramienta, orden, 25);
         });
     };
+    preguntandoAcceso = true;
     enSegundoPlano(this, preguntar, [this, udid = seleccionado_->id](const QString &salida) {
+        preguntandoAcceso = false;
         if (!seleccionado_ || seleccionado_->id != udid)
             return; // another phone is in view by now
         ponAvisoAcceso(salida.contains("/DCIM"_L1) ? std::nullopt : std::optional(sentenciaSinAcceso));

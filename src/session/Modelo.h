@@ -100,6 +100,8 @@ private:
     std::unique_ptr<Diario> diario_;
     std::unique_ptr<Tarea> tarea_;
     QTimer reloj;
+    int leyendo = 0; ///< readings that have not come back
+    bool preguntandoAcceso = false;
 };
 
 /// The sentence of `Modelo::noCabe`, for a volume with `libres` bytes.

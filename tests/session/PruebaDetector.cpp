@@ -22,6 +22,11 @@ void PruebaDetector::lasLineasCortasNoSonTelefonos()
     QCOMPARE(Detector::udidsEn(u" 00008120-001A2B3C4D5E6F70\t\n\nCORTO12345\nONCE1234567\nERROR\n"_s),
              (QStringList{u"00008120-001A2B3C4D5E6F70"_s, u"ONCE1234567"_s}));
     QVERIFY(Detector::udidsEn({}).isEmpty());
+    QCOMPARE(Detector::valorEn(u" Ñu: el 1 \n"_s), u"Ñu: el 1"_s);
+    QVERIFY(!Detector::valorEn(u" \n"_s));
+    // A phone that left in between is not one of this name.
+    QVERIFY(!Detector::valorEn(u"ERROR: Device 00008120-001A2B3C4D5E6F70 not found!\n"_s));
+    QVERIFY(!Detector::valorEn(u"ERROR: No device found!\n"_s));
 }
 
 void PruebaDetector::losPares_data()
