@@ -1,6 +1,7 @@
 #include "app/cli/Cancelacion.h"
 
 #include <array>
+#include <cerrno>
 #include <csignal>
 #include <fcntl.h>
 #include <unistd.h>
@@ -15,8 +16,10 @@ std::array<int, 2> tubo{-1, -1};
 
 void alLlegar(int)
 {
+    const int antes = errno;
     const char byte = 0;
     [[maybe_unused]] const auto escrito = write(tubo[1], &byte, 1);
+    errno = antes;
 }
 
 } // namespace
@@ -32,8 +35,11 @@ Cancelacion::Cancelacion(QObject *padre) : QObject(padre)
         }
         emit pedida();
     });
-    for (const int cual : {SIGINT, SIGTERM, SIGHUP})
-        std::signal(cual, alLlegar);
+    for (const int cual : {SIGINT, SIGTERM, SIGHUP}) {
+        // What was started to outlive its terminal (nohup, a background job of a script) stays so.
+        if (std::signal(cual, alLlegar) == SIG_IGN)
+            std::signal(cual, SIG_IGN);
+    }
 }
 
 Cancelacion::~Cancelacion()

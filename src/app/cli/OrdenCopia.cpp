@@ -3,6 +3,7 @@
 #include "app/cli/Ordenes.h"
 #include "backups/Copias.h"
 #include "backups/ExplicarFallo.h"
+#include "platform/Procesos.h"
 #include "session/Modelo.h"
 
 #include <QCoreApplication>
@@ -116,6 +117,11 @@ int ordenCopia(const OpcionesDeOrden &opciones)
 {
     if (!Consola::hayHerramientas())
         return SalidaFaltaHerramienta;
+    // One journal, one writer: a second one would close the entry of the job that runs in the window.
+    if (hayOtroProcesoDelPrograma()) {
+        Consola::palabras(u"Vellora ya está abierta. Haz la copia desde su ventana, o ciérrala."_s);
+        return SalidaMal;
+    }
     const CopiaSinVentana copia(opciones);
     return QCoreApplication::exec();
 }

@@ -2,6 +2,7 @@
 #include "app/cli/Ordenes.h"
 #include "core/FicheroDelDiario.h"
 #include "platform/Procesos.h"
+#include "session/Migracion.h"
 
 using namespace Qt::StringLiterals;
 
@@ -26,6 +27,7 @@ QString enPalabras(const Actividad &una)
 
 int ordenDiario(const OpcionesDeOrden &opciones)
 {
+    Migracion::alArrancar();
     // While the window is open its job may still be running; otherwise an entry left open belongs to a run that ended.
     const auto fichero = Diario::ficheroPorDefecto();
     const auto lista = hayOtroProcesoDelPrograma() ? leerDiario(fichero) : Diario(fichero).lista();

@@ -63,7 +63,7 @@ int ejecutarOrden(int argc, char **argv)
     const QCommandLineOption pideVersion(QStringList{u"v"_s, u"version"_s});
     lector.addOptions({json, udid, pideAyuda, pideVersion});
     if (!lector.parse(QCoreApplication::arguments()))
-        return malUso(lector.errorText());
+        return malUso(u"No entiendo alguna de las opciones."_s);
     if (lector.isSet(pideAyuda) || lector.isSet(pideVersion)) {
         Consola::resultado(lector.isSet(pideAyuda) ? ayuda() : QStringLiteral("vellora " VELLORA_VERSION));
         return SalidaBien;
