@@ -57,8 +57,9 @@ private:
     TelefonoSimulado telefono;
     Apariencia apariencia;
     Modelo modelo;
+    // As in the program: there is no store of passwords to ask.
     Copias copias{modelo, [](const QString &) {
-                      return true;
+                      return std::nullopt;
                   }};
     std::unique_ptr<QQmlApplicationEngine> motor;
     QQuickWindow *ventana = nullptr;
