@@ -47,7 +47,10 @@ void PruebaExplicar::sentencias_data()
         << u"La copia no se pudo completar."_s;
     QTest::newRow("exchange wins over passcode")
         << QStringList{u"enter the Passcode"_s, u"Could not perform backup protocol version exchange, error code -1"_s}
-        << u"El iPhone no ha podido empezar la copia."_s;
+        << u"El iPhone no ha podido empezar la copia. Casi siempre es porque YA HAY OTRA COPIA en marcha (el iPhone "
+           u"solo "
+           "atiende una a la vez), o porque se ha bloqueado. Espera a que termine la otra, o desbloquéalo y vuelve a "
+           "intentarlo."_s;
     QTest::newRow("locked") << QStringList{u"ERROR: Device is locked"_s} << u"El iPhone estaba bloqueado."_s;
     QTest::newRow("gone") << QStringList{u"No device found with udid X."_s} << u"He perdido el iPhone."_s;
     QTest::newRow("across two lines") << QStringList{u"write: no"_s, u"space left"_s}

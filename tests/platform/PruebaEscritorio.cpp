@@ -140,7 +140,21 @@ void PruebaEscritorio::losProcesosDelOrdenador()
     otro.waitForFinished();
     QVERIFY(!hayProcesoCon(palabra));
     QVERIFY(!hayOtroProcesoDelPrograma());
+    otro.start(QCoreApplication::applicationFilePath(), {u"--otro"_s});
+    QVERIFY(otro.waitForStarted());
+    QTRY_VERIFY(hayOtroProcesoDelPrograma());
+    otro.kill();
+    otro.waitForFinished();
+    QVERIFY(!hayOtroProcesoDelPrograma());
 }
 
-QTEST_GUILESS_MAIN(PruebaEscritorio)
+int main(int argc, char **argv)
+{
+    QCoreApplication programa(argc, argv);
+    if (programa.arguments().contains(u"--otro"_s))
+        return QCoreApplication::exec(); // a second run of the program, for as long as it is let live
+    PruebaEscritorio prueba;
+    return QTest::qExec(&prueba, argc, argv);
+}
+
 #include "PruebaEscritorio.moc"

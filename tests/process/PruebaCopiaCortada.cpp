@@ -198,6 +198,8 @@ void PruebaCopiaCortada::elProgramaMuereYVuelveAEmpezar()
     QTRY_VERIFY_WITH_TIMEOUT(procesosCon(u"idevicebackup2"_s).isEmpty(), 5000);
     QCOMPARE(leerDiario(Diario::ficheroPorDefecto()).first().estado, Actividad::Estado::EnMarcha);
 
+    nadaAMedias();
+
     const Diario nuevo; // as the next start reads it
     QCOMPARE(nuevo.lista().first().estado, Actividad::Estado::Cancelada);
     QCOMPARE(nuevo.lista().first().detalle, u"Se cerró la app"_s);

@@ -72,6 +72,7 @@ void PruebaVariosTelefonos::entranYSalen()
                                  {u"clave"_s, u"BatteryCurrentCapacity"_s},
                                  {u"valor"_s, QJsonValue::Null}};
     QVERIFY(telefonos.orden(sinBateria).value(u"bien"_s).toBool());
+    QVERIFY(!Detector::leer(luis)->bateria); // it truly does not answer
     refrescar();
     QCOMPARE(modelo.seleccionado()->bateria, 82);
 
