@@ -12,7 +12,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QPointer>
-#include <QProcessEnvironment>
 
 using namespace Qt::StringLiterals;
 
@@ -64,11 +63,7 @@ private:
     /// write each one as it comes.
     static Ejecutor::Entorno entorno()
     {
-        Ejecutor::Entorno variables;
-        const auto sistema = QProcessEnvironment::systemEnvironment();
-        const auto claves = sistema.keys();
-        for (const auto &clave : claves)
-            variables.insert(clave, sistema.value(clave));
+        auto variables = Ejecutor::entornoDelPrograma();
         const auto biblioteca = u"/usr/libexec/coreutils/libstdbuf.so"_s;
         if (QFileInfo::exists(biblioteca)) {
             const auto previas = variables.value(u"LD_PRELOAD"_s);

@@ -79,6 +79,16 @@ void aislarHijo()
 
 } // namespace
 
+Ejecutor::Entorno Ejecutor::entornoDelPrograma()
+{
+    Entorno variables;
+    const auto sistema = QProcessEnvironment::systemEnvironment();
+    const auto claves = sistema.keys();
+    for (const auto &clave : claves)
+        variables.insert(clave, sistema.value(clave));
+    return variables;
+}
+
 QStringList partirEnLineas(const QString &texto)
 {
     QStringList lineas;

@@ -42,6 +42,9 @@ public:
     /// with -1 after the line "No se pudo arrancar: …".
     void lanzar(const QString &ejecutable, const QStringList &argumentos, const Linea &linea, const Final &final);
 
+    /// The environment of this program, to be added to for `entornoExtra`.
+    static Entorno entornoDelPrograma();
+
     /// Asks the running child and all that it started to end, and kills them after `graciaAntesDeMatar`.
     /// `final` still arrives, once. Harmless when nothing runs.
     void cancelar();

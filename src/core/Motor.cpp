@@ -3,7 +3,11 @@
 #include "core/Herramientas.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
+#include <QJsonDocument>
+
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 
@@ -22,6 +26,24 @@ bool esEjecutable(const QString &ruta)
 {
     const QFileInfo info(ruta);
     return info.isFile() && info.isExecutable();
+}
+
+std::optional<QJsonObject> objeto(const QByteArray &json)
+{
+    const auto documento = QJsonDocument::fromJson(json);
+    return documento.isObject() ? std::optional(documento.object()) : std::nullopt;
+}
+
+std::optional<QJsonObject> objetoDelFichero(const QString &ruta)
+{
+    QFile fichero(ruta);
+    // A pipe or a device under that name would be read without an end.
+    if (!QFileInfo(ruta).isFile() || !fichero.open(QIODevice::ReadOnly))
+        return {};
+    auto leido = objeto(fichero.readAll());
+    if (leido)
+        fichero.remove();
+    return leido;
 }
 
 } // namespace
@@ -52,6 +74,38 @@ const std::optional<Lanzamiento> &lanzamiento()
 bool disponible()
 {
     return lanzamiento().has_value();
+}
+
+std::optional<qint64> Aviso::entero(QLatin1StringView clave) const
+{
+    const auto valor = datos.value(clave);
+    if (!valor.isDouble())
+        return {};
+    const double numero = valor.toDouble();
+    if (std::abs(numero) >= 0x1p63)
+        return {};
+    return valor.toInteger(static_cast<qint64>(numero));
+}
+
+std::optional<QString> Aviso::texto(QLatin1StringView clave) const
+{
+    const auto valor = datos.value(clave);
+    return valor.isString() ? std::optional(valor.toString()) : std::nullopt;
+}
+
+std::optional<Aviso> interpretar(const QString &linea)
+{
+    if (!linea.startsWith(u'{'))
+        return {};
+    const auto deLaLinea = objeto(linea.toUtf8());
+    if (!deLaLinea)
+        return {};
+    const auto tipo = deLaLinea->value("tipo"_L1);
+    if (!tipo.isString())
+        return {};
+    const auto ruta = deLaLinea->value("fichero_datos"_L1);
+    auto datos = ruta.isString() ? objetoDelFichero(ruta.toString()) : std::nullopt;
+    return Aviso{tipo.toString(), datos ? *std::move(datos) : *deLaLinea};
 }
 
 } // namespace vellora::Motor

@@ -12,6 +12,22 @@ using namespace Qt::StringLiterals;
 namespace vellora
 {
 
+namespace
+{
+
+// The engine destroys only what it finds confirmed here, so a value left over in the owner's own environment must not
+// pass for an answer that was never given.
+Ejecutor::Entorno entornoDelMotor(bool confirmado)
+{
+    auto entorno = Ejecutor::entornoDelPrograma();
+    entorno.remove(u"CONFIRMADO"_s);
+    if (confirmado)
+        entorno[u"CONFIRMADO"_s] = u"SI"_s;
+    return entorno;
+}
+
+} // namespace
+
 Tarea::Tarea(Diario &elDiario, QObject *padre) : QObject(padre), diario(elDiario)
 {
     cronometro.setInterval(1500);
@@ -117,6 +133,38 @@ void Tarea::cerrar(bool bien)
         return;
     }
     emit cambio();
+}
+
+void Tarea::lanzarMotorPublico(const QStringList &argumentos, const QString &titulo, bool confirmado,
+                               const AlAvisar &alAvisar, const AlTerminar &alTerminar)
+{
+    const auto &motor = Motor::lanzamiento();
+    if (!motor) {
+        ponTitulo(titulo);
+        apunta(u"No encuentro el motor del iPhone dentro de la app."_s);
+        cerrar(false);
+        return;
+    }
+    // The job that calls for the engine in its midst keeps what it has already set.
+    const bool enMedio = enMarcha_;
+    const auto [suInicio, suCarpeta, suNumero] = std::tuple(inicio_, carpetaResultado_, trabajo_);
+    empezar(titulo, u"Conectando con el iPhone…"_s);
+    if (enMedio) {
+        inicio_ = suInicio;
+        carpetaResultado_ = suCarpeta;
+        trabajo_ = suNumero;
+    }
+
+    ejecutorMotor.entornoExtra = entornoDelMotor(confirmado);
+    const auto linea = [this, numero = trabajo_, alAvisar](const QString &texto) {
+        if (!sigue(numero))
+            return;
+        if (const auto aviso = Motor::interpretar(texto))
+            alAvisar(*aviso);
+        else
+            apunta(texto);
+    };
+    ejecutorMotor.lanzar(motor->ejecutable, motor->argumentos + argumentos, linea, alTerminar);
 }
 
 void Tarea::cerrarAviso()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/Ejecutor.h"
+#include "core/Motor.h"
 #include "platform/Desvelador.h"
 
 #include <QDateTime>
@@ -75,6 +76,15 @@ public:
     void apunta(const QString &linea);
     /// Ends the job. A second call does no harm and leaves the journal alone.
     void cerrar(bool bien);
+
+    using AlAvisar = std::function<void(const Motor::Aviso &)>;
+    using AlTerminar = std::function<void(int)>;
+    /// Runs a command of the engine as the job, on top of one that was already begun or as one of its own. Notices go
+    /// to `alAvisar` and other lines to the log, both only while this job runs. `alTerminar` gets the exit status, also
+    /// after a cancel, and has to `cerrar`; it is not called when there is no engine, which closes the job as failed.
+    /// `confirmado`: the owner has agreed to what the command destroys; without it the engine only plans.
+    void lanzarMotorPublico(const QStringList &argumentos, const QString &titulo, bool confirmado,
+                            const AlAvisar &alAvisar, const AlTerminar &alTerminar);
 
     /// Dismisses the notice of an ended job.
     Q_INVOKABLE void cerrarAviso();
