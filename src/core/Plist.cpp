@@ -55,6 +55,24 @@ std::optional<bool> NodoPlist::logico() const
     return valor != 0;
 }
 
+std::optional<QByteArray> NodoPlist::datos() const
+{
+    if (!es(nodo, PLIST_DATA))
+        return {};
+    uint64_t largo = 0;
+    const char *bytes = plist_get_data_ptr(nodo, &largo);
+    return QByteArray(bytes, static_cast<qsizetype>(largo));
+}
+
+std::optional<quint32> NodoPlist::referencia() const
+{
+    if (!es(nodo, PLIST_UID))
+        return {};
+    uint64_t posicion = 0;
+    plist_get_uid_val(nodo, &posicion);
+    return posicion <= UINT32_MAX ? std::optional(static_cast<quint32>(posicion)) : std::nullopt;
+}
+
 std::optional<Plist> Plist::interpretar(const QByteArray &bytes)
 {
     plist_t nodo = nullptr;

@@ -22,6 +22,9 @@ public:
     std::optional<QString> texto() const;
     std::optional<qint64> entero() const;
     std::optional<bool> logico() const;
+    std::optional<QByteArray> datos() const;
+    /// Position in `$objects` that an object of an archive (NSKeyedArchiver) stands for.
+    std::optional<quint32> referencia() const;
 
 private:
     plist_t nodo;

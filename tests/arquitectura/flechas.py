@@ -17,7 +17,7 @@ ARROWS = {
     "core": {"platform"},
     "session": {"core", "platform"},
     **{area: set(BELOW_AREAS) for area in AREAS},
-    "engine": {"core"},
+    "engine": {"core", "platform"},
     "ui": AREAS | BELOW_AREAS,
     "app": {"ui"} | AREAS | BELOW_AREAS,
 }

@@ -1,0 +1,48 @@
+#include "engine/Ordenes.h"
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace vellora::motor
+{
+
+namespace
+{
+
+struct Orden {
+    QLatin1StringView nombre;
+    int (*hacer)(const QStringList &, Avisos &);
+    QLatin1StringView argumentos; ///< names of those that it needs, parted by blanks
+};
+
+constexpr std::array ordenes{
+    Orden{"extraer"_L1, &extraer, "udid copias destino"_L1},
+};
+
+} // namespace
+
+int ejecutarOrden(const QStringList &argumentos, Avisos &avisar)
+{
+    const auto nombre = argumentos.value(0);
+    for (const auto &orden : ordenes) {
+        if (orden.nombre != nombre)
+            continue;
+        const auto nombres = QString(orden.argumentos).split(u' ');
+        for (qsizetype i = 0; i < nombres.size(); ++i) {
+            if (argumentos.value(i + 1).isEmpty())
+                return avisar.error(u"A la orden «%1» le falta el dato «%2»."_s.arg(nombre, nombres[i]));
+        }
+        return orden.hacer(argumentos.mid(1), avisar);
+    }
+    if (nombre.isEmpty())
+        return avisar.error(u"No se ha dicho qué hacer."_s);
+    return avisar.error(u"No conozco la orden «%1»."_s.arg(nombre));
+}
+
+bool confirmado()
+{
+    return qEnvironmentVariable("CONFIRMADO") == "SI"_L1;
+}
+
+} // namespace vellora::motor

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "engine/Avisos.h"
+
+#include <QStringList>
+
+/// The commands of the engine. Each takes its arguments, without its own name, and gives the exit status: 0 when the
+/// work is done, anything else after an "error" notice.
+namespace vellora::motor
+{
+
+/// Finds the command that stands first among the arguments, checks that none of its arguments is missing, and runs it.
+int ejecutarOrden(const QStringList &argumentos, Avisos &avisar);
+
+/// The one guard of everything that destroys: a command that finds no confirmation only plans. The program sets the
+/// variable CONFIRMADO to SI after the owner's own answer; any other value counts for nothing.
+bool confirmado();
+
+/// "extraer" UDID COPIAS DESTINO: lays out what the extractors read of the backup of that phone. COPIAS is the folder
+/// of the backups or that of one backup. Notices: "total" n, "progreso" hechos copiados, "fin" copiados fallidos bytes.
+int extraer(const QStringList &argumentos, Avisos &avisar);
+
+} // namespace vellora::motor

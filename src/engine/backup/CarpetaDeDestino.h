@@ -1,0 +1,72 @@
+#pragma once
+
+#include "engine/Resultado.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <unordered_map>
+#include <utility>
+
+namespace vellora::motor
+{
+
+/// A descriptor that closes itself.
+class Descriptor
+{
+public:
+    explicit Descriptor(int elNumero = -1) : numero(elNumero) {}
+    Descriptor(Descriptor &&otro) noexcept : numero(std::exchange(otro.numero, -1)) {}
+    Descriptor &operator=(Descriptor &&otro) noexcept
+    {
+        std::swap(numero, otro.numero);
+        return *this;
+    }
+    Descriptor(const Descriptor &) = delete;
+    Descriptor &operator=(const Descriptor &) = delete;
+    ~Descriptor();
+
+    int operator*() const { return numero; }
+    explicit operator bool() const { return numero >= 0; }
+
+private:
+    int numero;
+};
+
+/// The folder that a command writes into. Names come from outside: nothing leaves it, and no link inside it is
+/// followed. A file is written under a working name and only then takes its own. One thread for each object; several
+/// may stand for one folder.
+class CarpetaDeDestino
+{
+public:
+    /// Makes the folder when it is missing, for the owner alone.
+    static Resultado<CarpetaDeDestino> abrir(const QString &ruta);
+
+    /// True for a relative path that stays inside whatever it is joined to, in UTF-8 and no longer than a file system
+    /// takes.
+    static bool esSegura(QByteArrayView relativa);
+    /// "WORK FOLDER/.vellora-parcial-N": left over only when the machine or the engine was ended, and then written
+    /// anew.
+    static QByteArray nombreDeTrabajo(int numero) { return ".vellora-parcial-" + QByteArray::number(numero); }
+
+    /// An empty file under the working name of that number. Invalid when it cannot be made.
+    Descriptor nuevo(int numero) const;
+    /// Gives the working file its own name, making the folders on the way and replacing a file of that name.
+    bool colocar(int numero, const QByteArray &relativa);
+    void desechar(int numero) const;
+
+    /// Bytes that the owner may still write here; absent when it cannot be told.
+    std::optional<qint64> libres() const;
+    const QString &ruta() const { return ruta_; }
+
+private:
+    CarpetaDeDestino(QString laRuta, Descriptor laRaiz) : ruta_(std::move(laRuta)), raiz(std::move(laRaiz)) {}
+    /// Descriptor of a folder inside, made when missing; -1 when something else or a link stands in its way.
+    int carpeta(const QByteArray &relativa);
+
+    QString ruta_;
+    Descriptor raiz;
+    std::unordered_map<std::string, Descriptor> abiertas; ///< folders used of late
+};
+
+} // namespace vellora::motor

@@ -1,0 +1,202 @@
+#include "engine/backup/CarpetaDeDestino.h"
+#include "engine/backup/FicheroDescifrado.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+using namespace vellora::motor;
+
+/// Where the engine writes: nothing leaves the folder, and nothing stands half-written under its own name.
+class PruebaDestino : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        casa = std::make_unique<QTemporaryDir>();
+        destino = casa->filePath(u"resultado ñ/dentro"_s);
+    }
+    void nombresDeFuera_data();
+    void nombresDeFuera();
+    void unEnlaceNoSeSigue_data();
+    void unEnlaceNoSeSigue();
+    void lasCarpetasNacenSoloParaSuDuena();
+    void unTrabajoDejadoAMediasSeRehace();
+    void muchasCarpetasConPocosDescriptores();
+    void elPasoDeUnFichero_data();
+    void elPasoDeUnFichero();
+    void discoLleno();
+
+private:
+    bool dejar(CarpetaDeDestino &carpeta, const QByteArray &relativa, const QByteArray &contenido)
+    {
+        const auto fichero = carpeta.nuevo(1);
+        return fichero && write(*fichero, contenido.constData(), static_cast<size_t>(contenido.size())) >= 0 &&
+               carpeta.colocar(1, relativa);
+    }
+    QByteArray contenido(const QString &ruta) const
+    {
+        QFile fichero(ruta);
+        return fichero.open(QIODevice::ReadOnly) ? fichero.readAll() : QByteArray("(no está)");
+    }
+
+    std::unique_ptr<QTemporaryDir> casa;
+    QString destino;
+};
+
+void PruebaDestino::nombresDeFuera_data()
+{
+    QTest::addColumn<QByteArray>("relativa");
+    QTest::addColumn<bool>("segura");
+    QTest::newRow("plain") << QByteArray("WhatsApp/ChatStorage.sqlite") << true;
+    QTest::newRow("blanks and letters of all kinds") << QByteArray("a b/ñ 😀 ; | * ? \" <>.txt") << true;
+    QTest::newRow("line feed") << QByteArray("a\nb") << true;
+    QTest::newRow("hidden") << QByteArray(".hidden/...") << true;
+    QTest::newRow("255 bytes") << QByteArray(255, 'a') << true;
+    QTest::newRow("256 bytes") << QByteArray(256, 'a') << false;
+    QTest::newRow("5,000 bytes in parts") << QByteArray("ab/").repeated(1700) + "c" << false;
+    QTest::newRow("up") << QByteArray("../fuera") << false;
+    QTest::newRow("up in the middle") << QByteArray("a/../../fuera") << false;
+    QTest::newRow("up at the end") << QByteArray("a/..") << false;
+    QTest::newRow("here") << QByteArray("a/./b") << false;
+    QTest::newRow("absolute") << QByteArray("/etc/passwd") << false;
+    QTest::newRow("doubled slash") << QByteArray("a//b") << false;
+    QTest::newRow("ends in a slash") << QByteArray("a/") << false;
+    QTest::newRow("empty") << QByteArray() << false;
+    QTest::newRow("NUL") << QByteArray("a\0b", 3) << false;
+    QTest::newRow("NUL after up") << QByteArray("..\0", 3) << false;
+    QTest::newRow("Latin-1") << QByteArray("espa\xF1ol") << false;
+    QTest::newRow("overlong slash") << QByteArray("a\xC0\xAF..") << false;
+    QTest::newRow("half a character") << QByteArray("a\xE2\x82") << false;
+    QTest::newRow("surrogate") << QByteArray("a\xED\xA0\x80") << false;
+}
+
+void PruebaDestino::nombresDeFuera()
+{
+    QFETCH(QByteArray, relativa);
+    QFETCH(bool, segura);
+    QCOMPARE(CarpetaDeDestino::esSegura(relativa), segura);
+    if (!segura)
+        return;
+    auto carpeta = CarpetaDeDestino::abrir(destino);
+    QVERIFY(bool(carpeta));
+    QVERIFY(dejar(*carpeta, relativa, "uno"));
+    QVERIFY(dejar(*carpeta, relativa, "dos")); // takes the place of the former
+    QCOMPARE(contenido(destino + u'/' + QString::fromUtf8(relativa)), QByteArray("dos"));
+}
+
+void PruebaDestino::unEnlaceNoSeSigue_data()
+{
+    QTest::addColumn<QString>("enlace");
+    QTest::addColumn<bool>("seEscribe");
+    QTest::newRow("folder on the way") << u"WhatsApp"_s << false;
+    QTest::newRow("the file itself") << u"WhatsApp/b.txt"_s << true; // the link is replaced, not what it points at
+    QTest::newRow("working name") << u".vellora-parcial-1"_s << true;
+}
+
+void PruebaDestino::unEnlaceNoSeSigue()
+{
+    QFETCH(QString, enlace);
+    QFETCH(bool, seEscribe);
+    const auto fuera = casa->filePath(u"fuera"_s);
+    QVERIFY(QDir().mkpath(fuera));
+    QFile ajeno(fuera + u"/b.txt"_s);
+    QVERIFY(ajeno.open(QIODevice::WriteOnly) && ajeno.write("ajeno") == 5);
+    ajeno.close();
+    auto carpeta = CarpetaDeDestino::abrir(destino);
+    QDir().mkpath(QFileInfo(destino + u'/' + enlace).path());
+    const auto blanco = enlace == "WhatsApp"_L1 ? fuera : ajeno.fileName();
+    QVERIFY(QFile::link(blanco, destino + u'/' + enlace));
+
+    QCOMPARE(dejar(*carpeta, "WhatsApp/b.txt", "nuevo"), seEscribe);
+    QCOMPARE(contenido(ajeno.fileName()), QByteArray("ajeno"));
+    if (seEscribe)
+        QCOMPARE(contenido(destino + u"/WhatsApp/b.txt"_s), QByteArray("nuevo"));
+}
+
+void PruebaDestino::lasCarpetasNacenSoloParaSuDuena()
+{
+    auto carpeta = CarpetaDeDestino::abrir(destino);
+    QVERIFY(dejar(*carpeta, "a/b/c.txt", "x"));
+    const auto delGrupo = QFile::ReadGroup | QFile::ReadOther | QFile::ExeGroup | QFile::ExeOther;
+    for (const auto &ruta : {destino, destino + u"/a"_s, destino + u"/a/b"_s, destino + u"/a/b/c.txt"_s})
+        QVERIFY2(!(QFile::permissions(ruta) & delGrupo), qPrintable(ruta));
+}
+
+void PruebaDestino::unTrabajoDejadoAMediasSeRehace()
+{
+    QVERIFY(QDir().mkpath(destino));
+    QFile dejado(destino + u'/' + QString::fromUtf8(CarpetaDeDestino::nombreDeTrabajo(1)));
+    QVERIFY(dejado.open(QIODevice::WriteOnly) && dejado.write(QByteArray(100, 'v')) == 100);
+    dejado.close();
+    auto carpeta = CarpetaDeDestino::abrir(destino);
+    QVERIFY(dejar(*carpeta, "x", "corto"));
+    QCOMPARE(contenido(destino + u"/x"_s), QByteArray("corto"));
+    QCOMPARE(QDir(destino).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot), QStringList{u"x"_s});
+}
+
+void PruebaDestino::muchasCarpetasConPocosDescriptores()
+{
+    auto carpeta = CarpetaDeDestino::abrir(destino);
+    for (int i = 0; i < 1500; ++i)
+        QVERIFY(dejar(*carpeta, "m/" + QByteArray::number(i % 1000) + "/f", QByteArray::number(i)));
+    QCOMPARE(contenido(destino + u"/m/499/f"_s), QByteArray("1499"));
+    QVERIFY(QDir(u"/proc/self/fd"_s).entryList(QDir::NoDotAndDotDot | QDir::System | QDir::Files).size() < 200);
+}
+
+void PruebaDestino::elPasoDeUnFichero_data()
+{
+    QTest::addColumn<int>("hay");
+    QTest::addColumn<int>("tamano");
+    QTest::addColumn<int>("sale");
+    QTest::addColumn<bool>("entero");
+    QTest::newRow("empty") << 0 << 0 << 0 << true;
+    QTest::newRow("as told") << 1000 << 1000 << 1000 << true;
+    QTest::newRow("padding beyond") << 1008 << 1000 << 1000 << true;
+    QTest::newRow("cut short") << 600 << 1000 << 600 << false;
+    QTest::newRow("nothing of it") << 0 << 1000 << 0 << false;
+    QTest::newRow("one stretch") << 262144 << 262144 << 262144 << true;
+    QTest::newRow("over one stretch") << 262145 << 262145 << 262145 << true;
+    QTest::newRow("many stretches") << 3'000'000 << 2'999'999 << 2'999'999 << true;
+}
+
+void PruebaDestino::elPasoDeUnFichero()
+{
+    QFETCH(int, hay);
+    QFETCH(int, tamano);
+    QFETCH(int, sale);
+    QFETCH(bool, entero);
+    QByteArray bytes(hay, '\0');
+    for (int i = 0; i < hay; ++i)
+        bytes[i] = static_cast<char>(i * 7 + i / 251);
+    QFile origen(casa->filePath(u"origen"_s));
+    QVERIFY(origen.open(QIODevice::ReadWrite) && origen.write(bytes) == hay && origen.flush() && origen.seek(0));
+    QFile salida(casa->filePath(u"salida"_s));
+    QVERIFY(salida.open(QIODevice::ReadWrite));
+    std::vector<unsigned char> almacen;
+    const auto fin = pasarFichero(origen.handle(), salida.handle(), {}, tamano, almacen);
+    QCOMPARE(fin == FinDeFichero::Entero, entero);
+    QCOMPARE(fin == FinDeFichero::Cortado, !entero);
+    QVERIFY(contenido(salida.fileName()) == bytes.first(sale));
+}
+
+void PruebaDestino::discoLleno()
+{
+    QFile origen(casa->filePath(u"origen"_s));
+    QVERIFY(origen.open(QIODevice::ReadWrite) && origen.write(QByteArray(1'000'000, 'x')) && origen.flush() &&
+            origen.seek(0));
+    QFile llena(u"/dev/full"_s);
+    QVERIFY(llena.open(QIODevice::WriteOnly));
+    std::vector<unsigned char> almacen;
+    QCOMPARE(pasarFichero(origen.handle(), llena.handle(), {}, 1'000'000, almacen), FinDeFichero::SinSitio);
+    QVERIFY(enPalabras(FinDeFichero::SinSitio).contains("sitio"_L1));
+}
+
+QTEST_GUILESS_MAIN(PruebaDestino)
+#include "PruebaDestino.moc"
