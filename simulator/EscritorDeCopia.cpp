@@ -1,5 +1,7 @@
 #include "EscritorDeCopia.h"
 
+#include "Cifra.h"
+#include "ContenidoDeCopia.h"
 #include "Manifiesto.h"
 #include "Plist.h"
 #include "Telefono.h"
@@ -39,11 +41,13 @@ Desenlace errorDeCopia(int codigo, const QString &texto)
     return {codigo, u"%1 (MBErrorDomain/%2)"_s.arg(palabras).arg(codigo)};
 }
 
-EscritorDeCopia::EscritorDeCopia(Telefono &telefono, EnlaceDispositivo &enlace, const QString &destino, bool completa)
+EscritorDeCopia::EscritorDeCopia(Telefono &telefono, EnlaceDispositivo &enlace, const QString &destino, bool completa,
+                                 std::optional<LlavesDeCopia> llaves)
     : telefono_(telefono)
     , enlace_(enlace)
     , destino_(destino)
     , completa_(completa)
+    , llaves_(std::move(llaves))
     , uuid_(QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper())
 {
 }
@@ -52,15 +56,18 @@ std::optional<Desenlace> EscritorDeCopia::escribir()
 {
     if (!completa_ && !leerAnterior())
         return {};
-    entradas_ = inventariar(telefono_.carpeta());
+    entradas_ = entradasDeCopia(telefono_.carpeta(), llaves_, temporal_.path());
     // No phone is empty: its contents are gone, and going on would clear away what the computer has of them.
     if (entradas_.isEmpty())
         return errorDeCopia(1);
     for (qsizetype i = 0; i < entradas_.size(); ++i) {
-        const EntradaDeCopia &entrada = entradas_[i];
+        EntradaDeCopia &entrada = entradas_[i];
         const auto antes = anterior_.constFind(entrada.id);
         const bool igual =
             antes != anterior_.cend() && antes->tamano == entrada.tamano && antes->fecha == entrada.fecha;
+        if (igual)
+            entrada.clave = antes->clave;
+        ponClave(entrada, llaves_);
         if (entrada.tipo != EntradaDeCopia::Fichero || igual)
             continue;
         cambios_.append(i);
@@ -99,20 +106,37 @@ bool EscritorDeCopia::leerAnterior()
         completa_ = true;
         return true;
     }
-    // A backup that broke off says nothing sure about its files.
-    QFile estado(temporal_.filePath(u"anterior-Status.plist"_s));
-    const QByteArray bytes = estado.open(QIODevice::ReadOnly) ? estado.readAll() : QByteArray();
-    const QString momento = leerPlist(bytes).value_or(QVariant()).toMap()[u"SnapshotState"_s].toString();
     const bool leido =
+        valeLoAnterior() &&
         leerManifiesto(temporal_.filePath(u"anterior-Manifest.db"_s), [this](const FilaDeManifiesto &fila) {
             if (fila.tipo == EntradaDeCopia::Fichero)
-                anterior_.insert(fila.id, {fila.tamano, fila.fecha});
+                anterior_.insert(fila.id, {fila.tamano, fila.fecha, fila.clave});
         });
-    if (!leido || momento != "finished"_L1) {
+    if (!leido) {
         anterior_.clear();
         completa_ = true;
     }
     return true;
+}
+
+bool EscritorDeCopia::valeLoAnterior()
+{
+    const auto leer = [this](const QString &nombre) {
+        QFile fichero(temporal_.filePath(u"anterior-"_s + nombre));
+        const QByteArray bytes = fichero.open(QIODevice::ReadOnly) ? fichero.readAll() : QByteArray();
+        return leerPlist(bytes).value_or(QVariant()).toMap();
+    };
+    // A backup that broke off says nothing sure about its files.
+    if (leer(u"Status.plist"_s)[u"SnapshotState"_s].toString() != "finished"_L1)
+        return false;
+    const QVariantMap manifiesto = leer(u"Manifest.plist"_s);
+    if (!llaves_)
+        return !manifiesto[u"IsEncrypted"_s].toBool();
+    // Files under other keys are of no use beside new ones.
+    const auto clave = llaves_->desenvolver(manifiesto[u"ManifestKey"_s].toByteArray());
+    if (!clave || manifiesto[u"BackupKeyBag"_s].toByteArray() != llaves_->bolsa())
+        return false;
+    return descifrarEnSitio(temporal_.filePath(u"anterior-Manifest.db"_s), *clave);
 }
 
 bool EscritorDeCopia::cabe()
@@ -203,9 +227,16 @@ std::optional<Desenlace> EscritorDeCopia::subirFichero(EntradaDeCopia &entrada)
         return errorDeCopia(1, u"Cannot read "_s + entrada.ruta);
     QIODevice &origen = abierto ? static_cast<QIODevice &>(fichero) : nada;
     const QString enTelefono = u"/var/mobile/"_s + entrada.dominio + u'/' + entrada.ruta;
+    const QString enCopia = ruta(u"Snapshot/"_s + entrada.nombreEnCopia());
     qint64 enviados = 0;
-    if (!enlace_.subir(enTelefono, ruta(u"Snapshot/"_s + entrada.nombreEnCopia()), origen, enviados))
+    if (llaves_) {
+        LectorCifrado cifrado(origen, llaves_->desenvolver(entrada.clave).value_or(QByteArray(32, '\0')));
+        if (!enlace_.subir(enTelefono, enCopia, cifrado, enviados))
+            return {};
+        enviados = cifrado.leidos();
+    } else if (!enlace_.subir(enTelefono, enCopia, origen, enviados)) {
         return {};
+    }
     // What the manifest says is what was sent, even if the file changed on the way.
     entrada.tamano = enviados;
     bytesEnviados_ += quint64(enviados);
@@ -222,9 +253,16 @@ bool EscritorDeCopia::subirManifiestos()
             return false;
     }
     QFile base(rutaBase);
-    return manifiesto.cerrar() && base.open(QIODevice::ReadOnly) &&
-           subirBytes(u"Snapshot/Manifest.plist"_s, manifiestoPlist(), alSubir) &&
-           enlace_.subirUno(ruta(u"Snapshot/Manifest.db"_s), base, alSubir);
+    const QByteArray clave = alAzar(32);
+    const QByteArray plist =
+        manifiestoPlist(telefono_.valores({}), telefono_.valores(u"com.apple.mobile.data_sync"_s), llaves_, clave);
+    if (!manifiesto.cerrar() || !base.open(QIODevice::ReadOnly) ||
+        !subirBytes(u"Snapshot/Manifest.plist"_s, plist, alSubir))
+        return false;
+    if (!llaves_)
+        return enlace_.subirUno(ruta(u"Snapshot/Manifest.db"_s), base, alSubir);
+    LectorCifrado cifrada(base, clave);
+    return enlace_.subirUno(ruta(u"Snapshot/Manifest.db"_s), cifrada, alSubir);
 }
 
 bool EscritorDeCopia::colocar()
@@ -267,32 +305,7 @@ bool EscritorDeCopia::subirBytes(const QString &nombre, const QByteArray &bytes,
 
 bool EscritorDeCopia::subirEstado(const QString &momento, double avance)
 {
-    const QVariantMap estado{{u"UUID"_s, uuid_},
-                             {u"IsFullBackup"_s, completa_},
-                             {u"Version"_s, u"3.3"_s},
-                             {u"BackupState"_s, u"new"_s},
-                             {u"Date"_s, QDateTime::currentDateTimeUtc()},
-                             {u"SnapshotState"_s, momento}};
-    return subirBytes(u"Status.plist"_s, plistBinario(estado), avance);
-}
-
-QByteArray EscritorDeCopia::manifiestoPlist() const
-{
-    const QVariantMap general = telefono_.valores({});
-    QVariantMap lockdown;
-    for (const QString &clave : {u"BuildVersion"_s, u"DeviceName"_s, u"ProductType"_s, u"ProductVersion"_s,
-                                 u"SerialNumber"_s, u"UniqueDeviceID"_s})
-        lockdown.insert(clave, general.value(clave, QString()));
-    lockdown.insert(u"com.apple.Accessibility"_s, QVariantMap());
-    lockdown.insert(u"com.apple.MobileDeviceCrashCopy"_s, QVariantMap());
-    lockdown.insert(u"com.apple.mobile.data_sync"_s, telefono_.valores(u"com.apple.mobile.data_sync"_s));
-    return plistBinario(QVariantMap{{u"IsEncrypted"_s, false},
-                                    {u"Version"_s, u"10.0"_s},
-                                    {u"SystemDomainsVersion"_s, u"24.0"_s},
-                                    {u"Date"_s, QDateTime::currentDateTimeUtc()},
-                                    {u"WasPasscodeSet"_s, true},
-                                    {u"Lockdown"_s, lockdown},
-                                    {u"Applications"_s, QVariantMap()}});
+    return subirBytes(u"Status.plist"_s, estadoPlist(uuid_, completa_, momento), avance);
 }
 
 } // namespace simulado

@@ -2,6 +2,7 @@
 
 #include "EnlaceDispositivo.h"
 #include "InventarioDeCopia.h"
+#include "LlavesDeCopia.h"
 
 #include <QHash>
 #include <QSet>
@@ -28,7 +29,9 @@ class EscritorDeCopia
 {
 public:
     /// `destino` is the folder's name on the computer. `completa`: send everything even if the computer has it.
-    EscritorDeCopia(Telefono &telefono, EnlaceDispositivo &enlace, const QString &destino, bool completa);
+    /// With keys the backup is encrypted.
+    EscritorDeCopia(Telefono &telefono, EnlaceDispositivo &enlace, const QString &destino, bool completa,
+                    std::optional<LlavesDeCopia> llaves);
 
     /// Absent when the stream broke.
     std::optional<Desenlace> escribir();
@@ -37,8 +40,10 @@ private:
     struct Anterior {
         qint64 tamano = 0;
         qint64 fecha = 0;
+        QByteArray clave;
     };
     bool leerAnterior();
+    bool valeLoAnterior();
     bool cabe();
     bool prepararDestino();
     bool crearCarpetas();
@@ -49,7 +54,6 @@ private:
     bool limpiar();
     bool subirEstado(const QString &momento, double progreso);
     bool subirBytes(const QString &nombre, const QByteArray &bytes, double progreso);
-    QByteArray manifiestoPlist() const;
     QString ruta(const QString &resto) const { return destino_ + u'/' + resto; }
     double progreso() const;
 
@@ -57,6 +61,7 @@ private:
     EnlaceDispositivo &enlace_;
     const QString destino_;
     bool completa_;
+    const std::optional<LlavesDeCopia> llaves_;
     QTemporaryDir temporal_;
     QList<EntradaDeCopia> entradas_;
     QList<qsizetype> cambios_; ///< positions in entradas_ of the files to send

@@ -3,6 +3,7 @@
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
+#include <QHash>
 #include <QSet>
 
 #include <sys/stat.h>
@@ -13,6 +14,14 @@ namespace simulado
 {
 namespace
 {
+
+/// The protection class of a domain's files: 1 and 2 while unlocked, 4 none, 3 since the first unlocking.
+int claseDe(const QString &dominio)
+{
+    static const QHash<QString, int> especiales{
+        {u"HealthDomain"_s, 1}, {u"AppDomainGroup-group.com.apple.notes"_s, 2}, {u"WirelessDomain"_s, 4}};
+    return especiales.value(dominio, 3);
+}
 
 class Recorrido
 {
@@ -71,6 +80,7 @@ private:
         entrada.fecha = ficha.st_mtim.tv_sec;
         entrada.inodo = ficha.st_ino;
         entrada.modo = ficha.st_mode;
+        entrada.clase = esCarpeta ? 0 : claseDe(dominio);
         entradas_.append(entrada);
         return esCarpeta;
     }

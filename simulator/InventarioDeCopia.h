@@ -20,6 +20,8 @@ struct EntradaDeCopia {
     qint64 fecha = 0;  ///< last change, Unix seconds
     quint64 inodo = 0;
     quint32 modo = 0; ///< permissions and kind, as stat tells them
+    int clase = 0;    ///< protection class; zero for folders
+    QByteArray clave; ///< class and wrapped key of an encrypted file, empty otherwise
 
     /// Name in the copy: "xx/xxxx…".
     QString nombreEnCopia() const;

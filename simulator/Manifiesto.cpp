@@ -26,25 +26,31 @@ constexpr auto consulta = "SELECT fileID, domain, relativePath, flags, file FROM
 QByteArray fichaArchivada(const EntradaDeCopia &entrada)
 {
     constexpr int usuarioMovil = 501;
-    constexpr int proteccionHastaPrimerDesbloqueo = 3;
-    const bool esCarpeta = entrada.tipo == EntradaDeCopia::Carpeta;
-    const QVariantMap ficha{{u"$class"_s, QVariant::fromValue(Uid{3})},
-                            {u"RelativePath"_s, QVariant::fromValue(Uid{2})},
-                            {u"Size"_s, entrada.tamano},
-                            {u"Mode"_s, entrada.modo},
-                            {u"LastModified"_s, entrada.fecha},
-                            {u"LastStatusChange"_s, entrada.fecha},
-                            {u"Birth"_s, entrada.fecha},
-                            {u"InodeNumber"_s, entrada.inodo},
-                            {u"UserID"_s, usuarioMovil},
-                            {u"GroupID"_s, usuarioMovil},
-                            {u"Flags"_s, 0},
-                            {u"ProtectionClass"_s, esCarpeta ? 0 : proteccionHastaPrimerDesbloqueo}};
+    QVariantMap ficha{{u"$class"_s, QVariant::fromValue(Uid{3})},
+                      {u"RelativePath"_s, QVariant::fromValue(Uid{2})},
+                      {u"Size"_s, entrada.tamano},
+                      {u"Mode"_s, entrada.modo},
+                      {u"LastModified"_s, entrada.fecha},
+                      {u"LastStatusChange"_s, entrada.fecha},
+                      {u"Birth"_s, entrada.fecha},
+                      {u"InodeNumber"_s, entrada.inodo},
+                      {u"UserID"_s, usuarioMovil},
+                      {u"GroupID"_s, usuarioMovil},
+                      {u"Flags"_s, 0},
+                      {u"ProtectionClass"_s, entrada.clase}};
     const QVariantMap clase{{u"$classname"_s, u"MBFile"_s}, {u"$classes"_s, QVariantList{u"MBFile"_s, u"NSObject"_s}}};
+    QVariantList objetos{u"$null"_s, ficha, entrada.ruta, clase};
+    if (!entrada.clave.isEmpty()) {
+        ficha.insert(u"EncryptionKey"_s, QVariant::fromValue(Uid{4}));
+        objetos[1] = ficha;
+        objetos.append(QVariantMap{{u"$class"_s, QVariant::fromValue(Uid{5})}, {u"NS.data"_s, entrada.clave}});
+        objetos.append(QVariantMap{{u"$classname"_s, u"NSMutableData"_s},
+                                   {u"$classes"_s, QVariantList{u"NSMutableData"_s, u"NSData"_s, u"NSObject"_s}}});
+    }
     return plistBinario(QVariantMap{{u"$archiver"_s, u"NSKeyedArchiver"_s},
                                     {u"$version"_s, 100000},
                                     {u"$top"_s, QVariantMap{{u"root"_s, QVariant::fromValue(Uid{1})}}},
-                                    {u"$objects"_s, QVariantList{u"$null"_s, ficha, entrada.ruta, clase}}});
+                                    {u"$objects"_s, objetos}});
 }
 
 void ligarTexto(sqlite3_stmt *sentencia, int posicion, const QByteArray &texto)
@@ -65,13 +71,17 @@ FilaDeManifiesto filaDe(sqlite3_stmt *sentencia)
                           textoDe(sentencia, 2),
                           sqlite3_column_int(sentencia, 3),
                           0,
-                          0};
+                          0,
+                          {}};
     const QByteArray archivo(static_cast<const char *>(sqlite3_column_blob(sentencia, 4)),
                              sqlite3_column_bytes(sentencia, 4));
     const QVariantList objetos = leerPlist(archivo).value_or(QVariant()).toMap()[u"$objects"_s].toList();
     const QVariantMap ficha = objetos.value(1).toMap();
     fila.tamano = ficha[u"Size"_s].toLongLong();
     fila.fecha = ficha[u"LastModified"_s].toLongLong();
+    if (ficha.contains(u"EncryptionKey"_s))
+        fila.clave =
+            objetos.value(int(ficha[u"EncryptionKey"_s].value<Uid>().valor)).toMap()[u"NS.data"_s].toByteArray();
     return fila;
 }
 

@@ -44,6 +44,7 @@ struct FilaDeManifiesto {
     int tipo = 0;
     qint64 tamano = 0;
     qint64 fecha = 0;
+    QByteArray clave; ///< class and wrapped key of an encrypted file
 };
 /// Calls for each row. False when it is no such database.
 bool leerManifiesto(const QString &ruta, const std::function<void(const FilaDeManifiesto &)> &porFila);

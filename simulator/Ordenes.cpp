@@ -120,8 +120,10 @@ QHash<QString, Accion> accionesDeEstado()
          })},
         {u"introducir_codigo"_s, simple([](Telefono &t, const QJsonObject &) { t.introducirCodigo(); })},
         {u"aviso"_s, simple([](Telefono &t, const QJsonObject &o) { t.avisar(o["nombre"_L1].toString()); })},
-        {u"clave_de_copia"_s,
-         simple([](Telefono &t, const QJsonObject &o) { t.ponerClaveDeCopia(o["clave"_L1].toString()); })},
+        {u"clave_de_copia"_s, simple([](Telefono &t, const QJsonObject &o) {
+             t.rondasDeCopia = o["rondas"_L1].toInt(t.rondasDeCopia);
+             t.ponerClaveDeCopia(o["clave"_L1].toString());
+         })},
     };
 }
 

@@ -1,5 +1,6 @@
 #include "RestauradorDeCopia.h"
 
+#include "Cifra.h"
 #include "Plist.h"
 #include "Telefono.h"
 
@@ -76,16 +77,27 @@ std::optional<Desenlace> RestauradorDeCopia::leerCopia()
         return {};
     if (respuesta->codigo != 0)
         return errorDeCopia(205);
-    if (leerFichero(temporal_.filePath(u"Manifest.plist"_s))[u"IsEncrypted"_s].toBool()) {
-        if (clave_.isEmpty() || clave_ != telefono_.claveDeCopia())
-            return errorDeCopia(207);
-        return errorDeCopia(1, u"Encrypted backups are not simulated"_s);
-    }
+    if (const auto negativa = abrirLlaves())
+        return negativa;
     QDir(nueva_).removeRecursively();
     QDir().mkpath(nueva_);
     const bool leido = leerManifiesto(temporal_.filePath(u"Manifest.db"_s),
                                       [this](const FilaDeManifiesto &fila) { disparatado_ |= !apuntar(fila); });
     return leido && !disparatado_ ? Desenlace{} : errorDeCopia(205);
+}
+
+std::optional<Desenlace> RestauradorDeCopia::abrirLlaves()
+{
+    const QVariantMap manifiesto = leerFichero(temporal_.filePath(u"Manifest.plist"_s));
+    if (!manifiesto[u"IsEncrypted"_s].toBool())
+        return {};
+    // The password of the backup, whatever this phone's own is now.
+    llaves_ = LlavesDeCopia::abrir(manifiesto[u"BackupKeyBag"_s].toByteArray(), clave_);
+    if (!llaves_)
+        return errorDeCopia(207);
+    const auto clave = llaves_->desenvolver(manifiesto[u"ManifestKey"_s].toByteArray());
+    return clave && descifrarEnSitio(temporal_.filePath(u"Manifest.db"_s), *clave) ? std::nullopt
+                                                                                   : std::optional(errorDeCopia(205));
 }
 
 bool RestauradorDeCopia::apuntar(const FilaDeManifiesto &fila)
@@ -98,7 +110,10 @@ bool RestauradorDeCopia::apuntar(const FilaDeManifiesto &fila)
     if (fila.tipo != EntradaDeCopia::Fichero)
         return true;
     const QString enCopia = origen_ + u'/' + QString::fromLatin1(fila.id.left(2) + '/' + fila.id);
-    pedidos_.insert(enCopia, {destino, fila.tamano, fila.fecha});
+    const auto clave = llaves_ ? llaves_->desenvolver(fila.clave) : QByteArray();
+    if (!clave)
+        return false;
+    pedidos_.insert(enCopia, {destino, fila.tamano, fila.fecha, *clave});
     orden_.append(enCopia);
     return true;
 }
@@ -133,8 +148,11 @@ bool RestauradorDeCopia::cerrarDestino()
 {
     if (!abierto_)
         return true;
-    abierto_->flush();
-    const bool entero = abierto_->size() == enCurso_.tamano;
+    abierto_->close();
+    const bool abrible = enCurso_.clave.isEmpty() || descifrarEnSitio(enCurso_.destino, enCurso_.clave);
+    const bool entero = abrible && QFileInfo(enCurso_.destino).size() == enCurso_.tamano;
+    if (!abierto_->open(QIODevice::ReadWrite))
+        return false;
     abierto_->setFileTime(QDateTime::fromSecsSinceEpoch(enCurso_.fecha), QFileDevice::FileModificationTime);
     abierto_.reset();
     recibidos_ += entero ? 1 : 0;

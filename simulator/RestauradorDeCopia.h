@@ -2,6 +2,7 @@
 
 #include "EnlaceDispositivo.h"
 #include "EscritorDeCopia.h"
+#include "LlavesDeCopia.h"
 #include "Manifiesto.h"
 
 #include <QFile>
@@ -29,8 +30,10 @@ private:
         QString destino;
         qint64 tamano = 0;
         qint64 fecha = 0;
+        QByteArray clave; ///< of the file, unwrapped; empty when it is not encrypted
     };
     std::optional<Desenlace> leerCopia();
+    std::optional<Desenlace> abrirLlaves();
     bool apuntar(const FilaDeManifiesto &fila);
     std::optional<Desenlace> traer(const QStringList &rutas, double progreso);
     QIODevice *abrirDestino(const QString &ruta);
@@ -40,6 +43,7 @@ private:
     EnlaceDispositivo &enlace_;
     const QString origen_;
     const QString clave_;
+    std::optional<LlavesDeCopia> llaves_;
     const QString nueva_; ///< the folder while it is being filled
     QTemporaryDir temporal_;
     QHash<QString, Pedido> pedidos_;

@@ -81,12 +81,9 @@ private:
     {
         if (const auto negativa = negarse())
             return negativa;
-        // Writing it in clear under the word "encrypted" would be a lie that tests would believe.
-        if (!telefono_.claveDeCopia().isEmpty())
-            return errorDeCopia(1, u"Encrypted backups are not simulated"_s);
         const bool completa = peticion[u"Options"_s].toMap()[u"ForceFullBackup"_s].toBool();
         const QString destino = peticion.value(u"TargetIdentifier"_s, telefono_.udid()).toString();
-        return EscritorDeCopia(telefono_, enlace_, destino, completa).escribir();
+        return EscritorDeCopia(telefono_, enlace_, destino, completa, telefono_.llavesDeCopia()).escribir();
     }
 
     std::optional<Desenlace> restaurar(const QVariantMap &peticion)

@@ -3,6 +3,7 @@
 #include "Ajustes.h"
 #include "Averias.h"
 #include "Emparejamiento.h"
+#include "LlavesDeCopia.h"
 
 #include <QHash>
 #include <QSet>
@@ -89,6 +90,11 @@ public:
     std::atomic<bool> ignoraEspacioDelOrdenador = false;
     QString claveDeCopia() const;
     void ponerClaveDeCopia(const QString &clave);
+    /// Rounds of the next keys that are made; fewer than a true phone's to save time.
+    std::atomic<int> rondasDeCopia = LlavesDeCopia::rondasDeVerdad;
+    /// The keys of the encrypted backups, the same as long as the password is; absent without one. Making them takes
+    /// seconds.
+    std::optional<LlavesDeCopia> llavesDeCopia();
     /// Options of the last Backup or Restore request, for tests.
     void recordarPeticion(const QVariantMap &peticion);
     QVariantMap ultimaPeticion() const;
@@ -113,6 +119,9 @@ private:
     int plazoCodigoMs_ = 180'000;
     qint64 libre_ = 0;
     QString claveDeCopia_;
+    std::mutex mutexDeLlaves_;
+    std::optional<LlavesDeCopia> llaves_;
+    QString claveDeLlaves_; ///< the password that they were made for
     QVariantMap dominios_;
     QVariantMap ultimaPeticion_;
     QHash<quint16, Puerto> puertos_;

@@ -82,6 +82,17 @@ void Telefono::ponerClaveDeCopia(const QString &clave)
     ponerValor(u"com.apple.mobile.backup"_s, u"WillEncrypt"_s, !clave.isEmpty());
 }
 
+std::optional<LlavesDeCopia> Telefono::llavesDeCopia()
+{
+    const QString clave = claveDeCopia();
+    const std::lock_guard cerrojo(mutexDeLlaves_);
+    if (clave != claveDeLlaves_ || clave.isEmpty()) {
+        claveDeLlaves_ = clave;
+        llaves_ = clave.isEmpty() ? std::nullopt : std::optional(LlavesDeCopia::nuevas(clave, rondasDeCopia));
+    }
+    return llaves_;
+}
+
 void Telefono::recordarPeticion(const QVariantMap &peticion)
 {
     const std::lock_guard cerrojo(mutex_);

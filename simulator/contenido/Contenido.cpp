@@ -67,7 +67,7 @@ QString generarContenido(const QString &carpetaDelTelefono, const OpcionesConten
     planeaCarrete(c);
     for (const auto hacer :
          {ponDatosDelTelefono, ponAplicaciones, ponCarrete, ponFotosSqlite, ponMensajes, ponWhatsApp, ponLlamadas,
-          ponBuzon, ponNotas, ponCalendario, ponSafari, ponSalud, ponAgenda, ponGrabadora, ponUsoDeRed, ponAjustes})
+          ponBuzon, ponNotas, ponCalendario, ponSafari, ponSalud, ponAgenda, ponGrabadora, ponUsoDeRed, ponAjustes, ponClaves})
         hacer(c);
     if (!c.fallos.isEmpty()) {
         QDir(c.raiz).removeRecursively();

@@ -131,5 +131,6 @@ void ponAgenda(Contexto &c);
 void ponGrabadora(Contexto &c);
 void ponUsoDeRed(Contexto &c);
 void ponAjustes(Contexto &c);
+void ponClaves(Contexto &c);
 
 } // namespace simulado
