@@ -95,8 +95,10 @@ int extraer(const QStringList &argumentos, Avisos &avisar)
     if (!deTrabajo)
         return avisar.error(deTrabajo.motivo());
     const auto contrasena = [&] {
-        avisar.linea(u"Abriendo la copia con su contraseña; tarda unos segundos."_s);
-        return Llavero::leer(udid);
+        auto guardada = Llavero::leer(udid);
+        if (guardada)
+            avisar.linea(u"Abriendo la copia con su contraseña; tarda unos segundos."_s);
+        return guardada;
     };
     const auto copia = CopiaAbierta::abrir(carpetaDeLaCopia(argumentos[1], udid), contrasena, *deTrabajo);
     if (!copia)

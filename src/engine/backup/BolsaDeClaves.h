@@ -41,7 +41,7 @@ private:
     int rondas = 0;
     QByteArray salPrevia; ///< empty in the bags from before the long derivation (iOS 10.2)
     int rondasPrevias = 0;
-    std::map<quint32, QByteArray> envueltas; ///< by class, those that the password alone opens
+    std::map<quint32, QByteArray> envueltas; ///< by class, those that need nothing but the password
 };
 
 } // namespace vellora::motor

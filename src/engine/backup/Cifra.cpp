@@ -1,5 +1,6 @@
 #include "engine/backup/Cifra.h"
 
+#include <algorithm>
 #include <openssl/crypto.h>
 
 namespace vellora::motor
@@ -61,6 +62,16 @@ bool DescifradorCbc::descifrar(unsigned char *bytes, int largo)
 {
     int escritos = 0;
     return EVP_DecryptUpdate(contexto.get(), bytes, &escritos, bytes, largo) == 1 && escritos == largo;
+}
+
+int largoDelRelleno(QByteArrayView ultimoBloque)
+{
+    const auto largo = static_cast<unsigned char>(ultimoBloque.back());
+    if (largo < 1 || largo > ultimoBloque.size())
+        return 0;
+    const auto final = ultimoBloque.last(largo);
+    return std::all_of(final.begin(), final.end(), [&](char octeto) { return octeto == ultimoBloque.back(); }) ? largo
+                                                                                                               : 0;
 }
 
 } // namespace vellora::motor

@@ -57,4 +57,7 @@ private:
     std::unique_ptr<EVP_CIPHER_CTX, Liberar> contexto;
 };
 
+/// Bytes of padding (PKCS#7) that the last block of a deciphered text ends in; 0 when it is no such ending.
+int largoDelRelleno(QByteArrayView ultimoBloque);
+
 } // namespace vellora::motor

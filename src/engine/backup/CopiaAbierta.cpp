@@ -44,7 +44,8 @@ Resultado<BaseDeDatos> listaDescifrada(const QString &cifrada, const std::option
         return Lista::fallo(danada);
     const auto destino = deTrabajo.nuevo(numero);
     std::vector<unsigned char> almacen;
-    const auto fin = destino ? pasarFichero(origen.handle(), *destino, clave, {}, almacen) : FinDeFichero::NoSeEscribe;
+    const auto fin =
+        destino ? pasarFichero(origen.handle(), *destino, clave, Relleno::Dejar, almacen) : FinDeFichero::NoSeEscribe;
     auto lista = BaseDeDatos::abrir(deTrabajo.ruta() + u'/' + QString::fromUtf8(deTrabajo.nombreDeTrabajo(numero)));
     deTrabajo.desechar(numero);
     if (fin != FinDeFichero::Entero)
@@ -67,10 +68,8 @@ std::optional<DatosDeFichero> leerDatosDeFichero(const QByteArray &archivo)
         return {};
     const auto objetos = arbol->raiz()["$objects"];
     const auto fichero = objetos.en(arbol->raiz()["$top"]["root"].referencia().value_or(1));
-    const auto tamano = fichero["Size"].entero();
-    if (tamano.value_or(-1) < 0)
-        return {};
-    DatosDeFichero datos{*tamano, fichero["LastModified"].entero().value_or(0), {}};
+    DatosDeFichero datos{
+        std::max<qint64>(fichero["Size"].entero().value_or(0), 0), fichero["LastModified"].entero().value_or(0), {}};
     if (const auto clave = fichero["EncryptionKey"].referencia())
         datos.clave = objetos.en(*clave)["NS.data"].datos().value_or(QByteArray());
     return datos;

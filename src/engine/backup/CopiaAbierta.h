@@ -16,11 +16,11 @@ namespace vellora::motor
 
 /// What Manifest.db tells of one file: its MBFile (an NSKeyedArchiver archive).
 struct DatosDeFichero {
-    qint64 tamano = 0;     ///< bytes, as it was on the phone
+    qint64 tamano = 0;     ///< bytes, as the phone told; only an estimate of what the backup holds
     qint64 modificado = 0; ///< seconds since 1970, 0 when not told
     QByteArray clave;      ///< class and wrapped key; empty in a backup that is not encrypted
 };
-/// Absent when the archive cannot be read or tells no size.
+/// Absent when the archive cannot be read.
 std::optional<DatosDeFichero> leerDatosDeFichero(const QByteArray &archivo);
 
 /// A backup whose list of files has been opened. Reading the list belongs to one thread; the keys, to any.

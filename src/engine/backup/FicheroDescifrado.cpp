@@ -2,9 +2,7 @@
 
 #include "engine/Interrupcion.h"
 
-#include <algorithm>
 #include <cerrno>
-#include <limits>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -69,12 +67,14 @@ QString enPalabras(FinDeFichero fin)
     return {};
 }
 
-FinDeFichero pasarFichero(int origen, int destino, const std::optional<Clave> &clave, std::optional<qint64> tamano,
+FinDeFichero pasarFichero(int origen, int destino, const std::optional<Clave> &clave, Relleno relleno,
                           std::vector<unsigned char> &almacen)
 {
     almacen.resize(largoDeTramo);
     auto descifrador = clave ? std::optional<DescifradorCbc>(*clave) : std::nullopt;
-    auto quedan = tamano.value_or(std::numeric_limits<qint64>::max());
+    constexpr int bloque = DescifradorCbc::largoDeBloque;
+    qint64 escritos = 0;
+    int sobra = 0; // bytes of padding at the end of what has been written
     qint64 leidos = 0;
     do {
         if (Interrupcion::pedida())
@@ -83,16 +83,23 @@ FinDeFichero pasarFichero(int origen, int destino, const std::optional<Clave> &c
         if (leidos < 0)
             return FinDeFichero::Ilegible;
         // What is not a whole block at the end of a file that was cut cannot be deciphered.
-        auto utiles = descifrador ? leidos - leidos % DescifradorCbc::largoDeBloque : leidos;
+        const auto utiles = descifrador ? leidos - leidos % bloque : leidos;
         if (descifrador && !descifrador->descifrar(almacen.data(), static_cast<int>(utiles)))
             return FinDeFichero::Ilegible;
-        utiles = std::min(utiles, quedan);
         if (!escribirTodo(destino, almacen.data(), utiles))
             return errno == ENOSPC || errno == EDQUOT || errno == EFBIG ? FinDeFichero::SinSitio
                                                                         : FinDeFichero::NoSeEscribe;
-        quedan -= utiles;
-    } while (leidos == static_cast<qint64>(almacen.size()) && quedan > 0);
-    return tamano && quedan > 0 ? FinDeFichero::Cortado : FinDeFichero::Entero;
+        escritos += utiles;
+        if (utiles >= bloque)
+            sobra = largoDelRelleno({almacen.data() + utiles - bloque, bloque});
+        if (utiles != leidos)
+            sobra = 0;
+    } while (leidos == static_cast<qint64>(almacen.size()));
+    if (!descifrador || relleno == Relleno::Dejar)
+        return FinDeFichero::Entero;
+    if (sobra == 0)
+        return FinDeFichero::Cortado;
+    return ftruncate(destino, escritos - sobra) == 0 ? FinDeFichero::Entero : FinDeFichero::NoSeEscribe;
 }
 
 } // namespace vellora::motor

@@ -182,7 +182,7 @@ private:
         if (!escrito)
             return parar(enPalabras(errno == ENOSPC ? FinDeFichero::SinSitio : FinDeFichero::NoSeEscribe));
 
-        const auto fin = pasarFichero(*origen, *escrito, clave, datos->tamano, almacen);
+        const auto fin = pasarFichero(*origen, *escrito, clave, Relleno::Quitar, almacen);
         if (fin == FinDeFichero::Ilegible)
             return fallar(encargo.relativa, enPalabras(fin));
         if (fin != FinDeFichero::Entero && fin != FinDeFichero::Cortado)
