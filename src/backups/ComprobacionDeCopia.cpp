@@ -69,8 +69,14 @@ std::optional<QString> defectoDe(const QString &carpeta, QStringList &detalles)
         return u"No se puede leer Manifest.db."_s;
     if (recuento->ausentes > 0)
         detalles << u"Ficheros de la lista que no están en la copia: %1."_s.arg(recuento->ausentes);
-    if (recuento->cortos > 0)
+    if (recuento->cortos == 0)
+        return {};
+    // A phone tells the length of a database in use as it was at another moment, so a shorter file alone proves
+    // nothing.
+    const auto sitio = QStorageInfo(carpeta).bytesAvailable();
+    if (sitio >= 0 && sitio < sitioMinimo)
         return u"Ficheros que no están enteros en la copia: %1."_s.arg(recuento->cortos);
+    detalles << u"Ficheros más cortos de lo que dice la lista: %1."_s.arg(recuento->cortos);
     return {};
 }
 
