@@ -1,4 +1,4 @@
-#include "engine/backup/CarpetaDeDestino.h"
+#include "core/CarpetaDeDestino.h"
 #include "engine/backup/FicheroDescifrado.h"
 
 #include <QDir>
@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
+using namespace vellora;
 using namespace vellora::motor;
 
 namespace

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/Resultado.h"
+#include "core/Resultado.h"
 #include "engine/backup/Cifra.h"
 
 #include <QByteArray>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/backup/CarpetaDeDestino.h"
+#include "core/CarpetaDeDestino.h"
 #include "engine/backup/CopiaAbierta.h"
 
 #include <QByteArray>

@@ -5,7 +5,7 @@
 #include <optional>
 #include <utility>
 
-namespace vellora::motor
+namespace vellora
 {
 
 /// What an operation gives, or the sentence for the owner that says why it gives nothing.
@@ -31,4 +31,4 @@ private:
     QString texto;
 };
 
-} // namespace vellora::motor
+} // namespace vellora

@@ -1,4 +1,4 @@
-#include "engine/backup/CarpetaDeDestino.h"
+#include "core/CarpetaDeDestino.h"
 
 #include <QDir>
 #include <QFile>
@@ -10,7 +10,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace vellora::motor
+namespace vellora
 {
 
 namespace
@@ -97,4 +97,4 @@ int CarpetaDeDestino::carpeta(const QByteArray &relativa)
     return *abiertas.emplace(clave, std::move(hasta)).first->second;
 }
 
-} // namespace vellora::motor
+} // namespace vellora

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/Resultado.h"
+#include "core/Resultado.h"
 
 #include <QByteArray>
 #include <QString>
@@ -8,7 +8,7 @@
 #include <unordered_map>
 #include <utility>
 
-namespace vellora::motor
+namespace vellora
 {
 
 /// A descriptor that closes itself.
@@ -33,7 +33,7 @@ private:
     int numero;
 };
 
-/// The folder that a command writes into. Names come from outside: nothing leaves it, and no link inside it is
+/// A folder that results are written into. Names come from outside: nothing leaves it, and no link inside it is
 /// followed. A file is written under a working name and only then takes its own. One thread for each object; several
 /// may stand for one folder.
 class CarpetaDeDestino
@@ -45,15 +45,22 @@ public:
     /// True for a relative path that stays inside whatever it is joined to, in UTF-8 and no longer than a file system
     /// takes.
     static bool esSegura(QByteArrayView relativa);
-    /// "WORK FOLDER/.vellora-parcial-N": left over only when the machine or the engine was ended, and then written
+    /// "WORK FOLDER/.vellora-parcial-N": left over only when the machine or the program was ended, and then written
     /// anew.
     static QByteArray nombreDeTrabajo(int numero) { return ".vellora-parcial-" + QByteArray::number(numero); }
 
     /// An empty file under the working name of that number. Invalid when it cannot be made.
     Descriptor nuevo(int numero) const;
+    /// The same file again, to write on at its end.
+    Descriptor seguir(int numero) const;
+    /// Makes the working file a second name of that file's bytes, on the same volume: no room, no time.
+    bool nuevoEnlaceDe(const QString &fichero, int numero) const;
     /// Gives the working file its own name, making the folders on the way and replacing a file of that name.
     bool colocar(int numero, const QByteArray &relativa);
     void desechar(int numero) const;
+
+    /// Removes the working files that a run left behind when it was ended.
+    static void limpiar(const QString &ruta);
 
     /// Bytes that the owner may still write here; absent when it cannot be told.
     std::optional<qint64> libres() const;
@@ -69,4 +76,4 @@ private:
     std::unordered_map<std::string, Descriptor> abiertas; ///< folders used of late
 };
 
-} // namespace vellora::motor
+} // namespace vellora

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "core/CarpetaDeDestino.h"
+
+#include <QByteArray>
+#include <QString>
+
+namespace vellora
+{
+
+/// A text file that is written as it comes: into a working file, which takes its own name once everything is on the
+/// disk. Until then an earlier file of that name stays as it was. One thread.
+class EscritorDeTexto
+{
+public:
+    /// `relativa`: path under the folder, which must outlive the writer. `numero`: of the working file.
+    EscritorDeTexto(CarpetaDeDestino &laCarpeta, QByteArray laRelativa, int elNumero = 0);
+    EscritorDeTexto(const EscritorDeTexto &) = delete;
+    EscritorDeTexto &operator=(const EscritorDeTexto &) = delete;
+    /// What was not closed is thrown away.
+    ~EscritorDeTexto();
+
+    /// UTF-8. Failures are kept for `cerrar`.
+    EscritorDeTexto &operator<<(QByteArrayView bytes);
+    EscritorDeTexto &operator<<(const QString &texto) { return *this << QByteArrayView(texto.toUtf8()); }
+
+    /// Lets go of the descriptor for a while; the next text opens it again.
+    void soltar();
+    bool abierto() const { return bool(fichero); }
+    /// True when the file stands under its name, whole.
+    bool cerrar();
+
+private:
+    void vaciar();
+
+    CarpetaDeDestino &carpeta;
+    QByteArray relativa;
+    int numero;
+    Descriptor fichero;
+    QByteArray espera;
+    bool bien = true;
+    bool colocado = false;
+};
+
+/// Text of the phone as it may stand in a file: bytes that are no UTF-8, and zeros, become the replacement character.
+QByteArray textoLimpio(QByteArrayView bytes);
+
+} // namespace vellora
