@@ -5,10 +5,34 @@
 namespace vellora
 {
 
+namespace
+{
+
+void sinVistas(sqlite3 *base)
+{
+    if (base != nullptr)
+        sqlite3_db_config(base, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
+}
+
+} // namespace
+
 QString Fila::texto(int columna) const
 {
     const auto *letras = reinterpret_cast<const char *>(sqlite3_column_text(consulta, columna));
     return QString::fromUtf8(letras, sqlite3_column_bytes(consulta, columna));
+}
+
+QByteArrayView Fila::utf8(int columna) const
+{
+    const auto *letras = sqlite3_column_text(consulta, columna);
+    return {letras, sqlite3_column_bytes(consulta, columna)};
+}
+
+std::optional<double> Fila::real(int columna) const
+{
+    const auto tipo = sqlite3_column_type(consulta, columna);
+    const bool esNumero = tipo == SQLITE_INTEGER || tipo == SQLITE_FLOAT;
+    return esNumero ? std::optional(sqlite3_column_double(consulta, columna)) : std::nullopt;
 }
 
 QByteArray Fila::datos(int columna) const
@@ -25,7 +49,21 @@ std::optional<BaseDeDatos> BaseDeDatos::abrir(const QString &fichero)
     const auto codigo =
         sqlite3_open_v2(direccion.constData(), &manejador, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI, nullptr);
     BaseDeDatos abierta(manejador);
+    sinVistas(manejador);
     return codigo == SQLITE_OK ? std::optional(std::move(abierta)) : std::nullopt;
+}
+
+std::optional<BaseDeDatos> BaseDeDatos::abrirCopia(const QString &fichero)
+{
+    sqlite3 *manejador = nullptr;
+    const auto codigo = sqlite3_open_v2(fichero.toUtf8().constData(), &manejador, SQLITE_OPEN_READWRITE, nullptr);
+    BaseDeDatos abierta(manejador);
+    sinVistas(manejador);
+    // Sorting half a million messages in the small default room goes through the disk again and again.
+    const bool legible = codigo == SQLITE_OK &&
+                         sqlite3_exec(manejador, "PRAGMA cache_size=-32000", nullptr, nullptr, nullptr) == SQLITE_OK &&
+                         abierta.porCadaFila("SELECT 1 FROM sqlite_master LIMIT 1", [](const Fila &) { return true; });
+    return legible ? std::optional(std::move(abierta)) : std::nullopt;
 }
 
 bool BaseDeDatos::porCadaFila(const char *sql, const std::function<bool(const Fila &)> &fila) const

@@ -17,7 +17,12 @@ class Fila
 public:
     explicit Fila(sqlite3_stmt *preparada) : consulta(preparada) {}
 
+    /// Whatever the column holds, as text; empty for nothing.
     QString texto(int columna) const;
+    /// The same in UTF-8, as it is stored: nobody has checked it. Good until the callback returns.
+    QByteArrayView utf8(int columna) const;
+    /// Absent for anything but a number.
+    std::optional<double> real(int columna) const;
     qint64 entero(int columna) const { return sqlite3_column_int64(consulta, columna); }
     /// The bytes stay SQLite's and are good until the callback returns.
     QByteArray datos(int columna) const;
@@ -26,12 +31,17 @@ private:
     sqlite3_stmt *consulta;
 };
 
-/// A database of the phone, opened to read a file that nobody writes to; closes itself. One thread at a time.
+/// A database of the phone; closes itself. Views of the file are not run: none of the phone's tables is one, and a
+/// hostile one never ends. One thread at a time.
 class BaseDeDatos
 {
 public:
-    /// Absent when the file is missing or cannot be opened. A file that is no database is only noticed by a query.
+    /// Opens a file that nobody writes to. Absent when the file is missing or cannot be opened. A file that is no
+    /// database is only noticed by a query.
     static std::optional<BaseDeDatos> abrir(const QString &fichero);
+    /// The same for a private copy: the changes in the "-wal" beside it are taken in. Absent too when the file cannot
+    /// be read as a database that way.
+    static std::optional<BaseDeDatos> abrirCopia(const QString &fichero);
 
     /// Hands each row to `fila` until it returns false. Gives false when the query cannot be run to its end: a table or
     /// column that is missing, a damaged page.

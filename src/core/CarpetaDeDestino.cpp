@@ -58,17 +58,41 @@ Descriptor CarpetaDeDestino::nuevo(int numero) const
                              O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR));
 }
 
+Descriptor CarpetaDeDestino::seguir(int numero) const
+{
+    return Descriptor(openat(*raiz, nombreDeTrabajo(numero).constData(), O_WRONLY | O_APPEND | O_NOFOLLOW | O_CLOEXEC));
+}
+
+bool CarpetaDeDestino::nuevoEnlaceDe(const QString &fichero, int numero) const
+{
+    desechar(numero);
+    return linkat(AT_FDCWD, QFile::encodeName(fichero).constData(), *raiz, nombreDeTrabajo(numero).constData(), 0) == 0;
+}
+
 bool CarpetaDeDestino::colocar(int numero, const QByteArray &relativa)
 {
     const auto corte = relativa.lastIndexOf('/');
     const int suya = corte < 0 ? *raiz : carpeta(relativa.first(corte));
-    return suya >= 0 &&
-           renameat(*raiz, nombreDeTrabajo(numero).constData(), suya, relativa.sliced(corte + 1).constData()) == 0;
+    if (suya < 0 ||
+        renameat(*raiz, nombreDeTrabajo(numero).constData(), suya, relativa.sliced(corte + 1).constData()) != 0)
+        return false;
+    // Between two names of the same bytes nothing is renamed, and the working one stays.
+    desechar(numero);
+    return true;
 }
 
 void CarpetaDeDestino::desechar(int numero) const
 {
     unlinkat(*raiz, nombreDeTrabajo(numero).constData(), 0);
+}
+
+void CarpetaDeDestino::limpiar(const QString &ruta)
+{
+    QDir carpeta(ruta);
+    const auto nombres =
+        carpeta.entryList({QString::fromLatin1(principioDeTrabajo) + u'*'}, QDir::Files | QDir::Hidden | QDir::System);
+    for (const auto &nombre : nombres)
+        carpeta.remove(nombre);
 }
 
 std::optional<qint64> CarpetaDeDestino::libres() const

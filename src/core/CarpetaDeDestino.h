@@ -47,7 +47,7 @@ public:
     static bool esSegura(QByteArrayView relativa);
     /// "WORK FOLDER/.vellora-parcial-N": left over only when the machine or the program was ended, and then written
     /// anew.
-    static QByteArray nombreDeTrabajo(int numero) { return ".vellora-parcial-" + QByteArray::number(numero); }
+    static QByteArray nombreDeTrabajo(int numero) { return principioDeTrabajo + QByteArray::number(numero); }
 
     /// An empty file under the working name of that number. Invalid when it cannot be made.
     Descriptor nuevo(int numero) const;
@@ -67,6 +67,8 @@ public:
     const QString &ruta() const { return ruta_; }
 
 private:
+    static constexpr auto principioDeTrabajo = ".vellora-parcial-";
+
     CarpetaDeDestino(QString laRuta, Descriptor laRaiz) : ruta_(std::move(laRuta)), raiz(std::move(laRaiz)) {}
     /// Descriptor of a folder inside, made when missing; -1 when something else or a link stands in its way.
     int carpeta(const QByteArray &relativa);
