@@ -4,6 +4,7 @@
 #include "backups/Copias.h"
 #include "core/Herramientas.h"
 #include "platform/Apariencia.h"
+#include "platform/Llavero.h"
 #include "session/Modelo.h"
 #include "ui/Interfaz.h"
 
@@ -24,8 +25,10 @@ int abrirVentana(int &argc, char **argv)
     Apariencia apariencia;
     Modelo modelo;
     QObject::connect(&modelo, &Modelo::refrescado, &modelo, [&modelo] { trasRefrescar(modelo); });
-    // There is no password store yet: the owner's own encryption setting on the phone decides.
-    Copias copias(modelo, [](const QString &) { return std::nullopt; });
+    // Without a store a password would be lost with the window: the owner's own setting on the phone decides then.
+    Copias copias(modelo, [](const QString &udid) {
+        return Llavero::disponible() ? std::optional(Llavero::hayClave(udid)) : std::nullopt;
+    });
 
     QQmlApplicationEngine motor;
     if (!abrirVentanaPrincipal(motor, {modelo, copias, apariencia, Herramientas::queFalta()}))

@@ -18,8 +18,8 @@ struct ComprobacionDeCopia {
 };
 
 /// Looks at "Status.plist" (its SnapshotState must be "finished"), "Manifest.plist" and "Manifest.db": it must be
-/// readable to its last row; on a full disk no file may be shorter than it says. The list of an encrypted backup cannot be read
-/// here; its size is looked at only. Blocks for about a second per 50,000 files: background threads only.
+/// readable to its last row; on a full disk no file may be shorter than it says. The list of an encrypted backup cannot
+/// be read here; its size is looked at only. Blocks for about a second per 50,000 files: background threads only.
 ComprobacionDeCopia comprobarCopia(const QString &carpeta);
 
 /// Takes away the final name of a list of files that is not to be trusted, so that nothing reads an unfinished backup

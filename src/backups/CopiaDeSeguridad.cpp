@@ -1,6 +1,7 @@
 #include "backups/CopiaDeSeguridad.h"
 
 #include "backups/ComprobacionDeCopia.h"
+#include "backups/EntornoDeHerramienta.h"
 #include "backups/ExplicarFallo.h"
 #include "backups/VigilanteDelTelefono.h"
 #include "core/Herramientas.h"
@@ -40,7 +41,7 @@ public:
 
     void lanzar()
     {
-        tarea.ejecutor.entornoExtra = entorno();
+        tarea.ejecutor.entornoExtra = entornoDeHerramienta();
         const QStringList orden{u"-u"_s, udid, u"backup"_s, u"--full"_s, destino};
         const QPointer yo(this);
         tarea.ejecutor.lanzar(
@@ -58,20 +59,6 @@ public:
 
 private:
     bool sigue() const { return tarea.sigue(numero); }
-
-    /// The tool holds back its lines while it writes to a pipe; this preloaded library of the base system makes it
-    /// write each one as it comes.
-    static Ejecutor::Entorno entorno()
-    {
-        auto variables = Ejecutor::entornoDelPrograma();
-        const auto biblioteca = u"/usr/libexec/coreutils/libstdbuf.so"_s;
-        if (QFileInfo::exists(biblioteca)) {
-            const auto previas = variables.value(u"LD_PRELOAD"_s);
-            variables[u"LD_PRELOAD"_s] = previas.isEmpty() ? biblioteca : previas + u':' + biblioteca;
-            variables[u"_STDBUF_O"_s] = u"L"_s;
-        }
-        return variables;
-    }
 
     void linea(const QString &texto)
     {

@@ -1,19 +1,23 @@
 #include "backups/Copias.h"
 
+#include "backups/ActivarCifrado.h"
 #include "backups/Catalogo.h"
 #include "backups/CopiaDeSeguridad.h"
 #include "platform/Procesos.h"
 #include "session/Modelo.h"
 
 #include <QDateTime>
+#include <QPointer>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace vellora
 {
 
-Copias::Copias(Modelo &elModelo, HayClave clave, QObject *padre)
-    : QObject(padre), modelo(elModelo), hayClave(std::move(clave))
+Copias::Copias(Modelo &elModelo, HayClave preguntar, QObject *padre)
+    : QObject(padre), modelo(elModelo), hayClave(std::move(preguntar))
 {
     connect(&modelo, &Modelo::cambioDeSesion, this, &Copias::cambio);
     connect(&modelo, &Modelo::refrescado, this, &Copias::cambio);
@@ -75,6 +79,27 @@ void Copias::pedirCopia()
         return;
     }
     copiaDeSeguridad(tarea, elegido->id, modelo.carpetaCopias());
+}
+
+bool Copias::claveVale() const
+{
+    return letrasDe(clave) >= minimoDeLetras && clave == claveRepetida;
+}
+
+void Copias::resolverClave(bool aceptada)
+{
+    pidiendoClave_ = false;
+    const auto tomada = std::exchange(clave, {});
+    claveRepetida.clear();
+    emit cambioDeClave();
+    emit cambio();
+    const auto elegido = modelo.seleccionado();
+    if (!aceptada || !elegido || tomada.isEmpty() || modelo.tarea().enMarcha())
+        return;
+    activarCifrado(modelo.tarea(), elegido->id, tomada, [yo = QPointer(this), udid = elegido->id](bool activado) {
+        if (activado && yo)
+            copiaDeSeguridad(yo->modelo.tarea(), udid, yo->modelo.carpetaCopias());
+    });
 }
 
 void Copias::abrirCarpeta()

@@ -21,6 +21,9 @@ class Copias : public QObject
     Q_PROPERTY(QString ultimaCopia READ ultimaCopia NOTIFY cambio)
     Q_PROPERTY(QString pieDeHacerCopia READ pieDeHacerCopia NOTIFY cambio)
     Q_PROPERTY(bool pidiendoClave READ pidiendoClave NOTIFY cambio)
+    Q_PROPERTY(QString clave MEMBER clave NOTIFY cambioDeClave)
+    Q_PROPERTY(QString claveRepetida MEMBER claveRepetida NOTIFY cambioDeClave)
+    Q_PROPERTY(bool claveVale READ claveVale NOTIFY cambioDeClave)
 
 public:
     /// Whether a backup password is stored for a UDID; absent when there is no store to ask.
@@ -38,6 +41,11 @@ public:
     /// What the backup will hold, under the button; empty when it is not known.
     QString pieDeHacerCopia() const;
     bool pidiendoClave() const { return pidiendoClave_; }
+    /// Long enough and typed twice alike; nothing else is asked of it.
+    bool claveVale() const;
+    /// The answer to the question for a password. The typed words are forgotten at once; accepted, they switch on the
+    /// phone's encryption, and the backup follows.
+    Q_INVOKABLE void resolverClave(bool aceptada);
 
     /// The guarded entry for the owner's request of a full backup.
     Q_INVOKABLE void pedirCopia();
@@ -48,11 +56,14 @@ public:
 
 signals:
     void cambio();
+    void cambioDeClave();
 
 private:
     Modelo &modelo;
     HayClave hayClave;
     bool pidiendoClave_ = false;
+    QString clave; ///< typed words, empty unless the question is open
+    QString claveRepetida;
 };
 
 } // namespace vellora

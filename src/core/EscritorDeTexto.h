@@ -22,7 +22,6 @@ public:
 
     /// UTF-8. Failures are kept for `cerrar`.
     EscritorDeTexto &operator<<(QByteArrayView bytes);
-    EscritorDeTexto &operator<<(const QString &texto) { return *this << QByteArrayView(texto.toUtf8()); }
 
     /// Lets go of the descriptor for a while; the next text opens it again.
     void soltar();

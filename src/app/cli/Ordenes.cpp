@@ -19,10 +19,12 @@ struct Orden {
     const char *nombre;
     int (*ejecutar)(const OpcionesDeOrden &);
     bool admiteUdid;
+    bool admiteCarpeta;
 };
 
-constexpr std::array ordenes{Orden{"dispositivos", &ordenDispositivos, false}, Orden{"copia", &ordenCopia, true},
-                             Orden{"diario", &ordenDiario, false}};
+constexpr std::array ordenes{Orden{"dispositivos", &ordenDispositivos, false, false},
+                             Orden{"copia", &ordenCopia, true, false}, Orden{"cifrar", &ordenCifrar, true, false},
+                             Orden{"datos", &ordenDatos, true, true}, Orden{"diario", &ordenDiario, false, false}};
 
 const Orden *buscar(const QString &nombre)
 {
@@ -39,6 +41,10 @@ QString ayuda()
            "     vellora dispositivos [--json]  los iPhone conectados\n"
            "     vellora copia [--udid U] [--json]\n"
            "                                    copia de seguridad completa\n"
+           "     vellora cifrar [--udid U] [--json]\n"
+           "                                    que las copias vayan cifradas; pide la contraseña\n"
+           "     vellora datos [--udid U] [--a DIR] [--json]\n"
+           "                                    saca de la copia mensajes, WhatsApp, contactos…\n"
            "     vellora diario [--json]        qué ha pasado\n"
            "\n"
            "Termina con 0 si salió bien, 1 si salió mal, 2 si está mal escrita, 3 si falta una pieza."_s;
@@ -59,9 +65,10 @@ int ejecutarOrden(int argc, char **argv)
     QCommandLineParser lector;
     const QCommandLineOption json(u"json"_s);
     const QCommandLineOption udid(u"udid"_s, QString(), u"U"_s);
+    const QCommandLineOption carpeta(u"a"_s, QString(), u"DIR"_s);
     const QCommandLineOption pideAyuda(QStringList{u"h"_s, u"help"_s, u"ayuda"_s});
     const QCommandLineOption pideVersion(QStringList{u"v"_s, u"version"_s});
-    lector.addOptions({json, udid, pideAyuda, pideVersion});
+    lector.addOptions({json, udid, carpeta, pideAyuda, pideVersion});
     if (!lector.parse(QCoreApplication::arguments()))
         return malUso(u"No entiendo alguna de las opciones."_s);
     if (lector.isSet(pideAyuda) || lector.isSet(pideVersion)) {
@@ -74,10 +81,14 @@ int ejecutarOrden(int argc, char **argv)
         return malUso(u"No conozco esa orden: "_s + palabras.join(u' '));
     if (lector.isSet(udid) && !orden->admiteUdid)
         return malUso(u"--udid no va con "_s + palabras.first());
+    if (lector.isSet(carpeta) && !orden->admiteCarpeta)
+        return malUso(u"--a no va con "_s + palabras.first());
     OpcionesDeOrden opciones;
     opciones.json = lector.isSet(json);
     if (lector.isSet(udid))
         opciones.udid = lector.value(udid);
+    if (lector.isSet(carpeta))
+        opciones.carpeta = lector.value(carpeta);
     return orden->ejecutar(opciones);
 }
 

@@ -13,6 +13,7 @@ enum Salida { SalidaBien = 0, SalidaMal = 1, SalidaMalUso = 2, SalidaFaltaHerram
 struct OpcionesDeOrden {
     bool json = false;
     std::optional<QString> udid;
+    std::optional<QString> carpeta; ///< where the result goes
 };
 
 /// The program without a window: the same operations as subcommands. Results go to standard output, words to standard
@@ -21,6 +22,8 @@ int ejecutarOrden(int argc, char **argv);
 
 int ordenDispositivos(const OpcionesDeOrden &opciones);
 int ordenCopia(const OpcionesDeOrden &opciones);
+int ordenCifrar(const OpcionesDeOrden &opciones);
+int ordenDatos(const OpcionesDeOrden &opciones);
 int ordenDiario(const OpcionesDeOrden &opciones);
 
 } // namespace vellora

@@ -89,4 +89,14 @@ FocusScope {
             }
         }
     }
+
+    Cargador {
+        anchors.fill: parent
+        focus: activo
+        activo: raiz.copias.pidiendoClave && !raiz.estado.deBienvenida
+        fuente: "qrc:/qt/qml/Vellora/Copias/VistaClaveCifrado.qml"
+        propiedades: ({
+                copias: raiz.copias
+            })
+    }
 }

@@ -10,6 +10,7 @@ QtObject {
     enum Panel { Ninguno, Avisos, IPhones }
 
     required property Modelo modelo
+    required property Copias copias
     required property Secciones secciones
     required property bool hayHerramientas
 
@@ -24,7 +25,7 @@ QtObject {
     readonly property string nuevo: raiz.modelo.hayIPhoneNuevo ? raiz.modelo.iPhoneNuevo.id : ""
     readonly property bool nuevoConectado: raiz.estaConectado(raiz.nuevo)
     readonly property bool deBienvenida: raiz.hayHerramientas && raiz.nuevoConectado && raiz.nuevo !== raiz.aplazado
-    readonly property bool hayCapa: raiz.deBienvenida || raiz.panel !== EstadoDeVentana.Ninguno
+    readonly property bool hayCapa: raiz.deBienvenida || raiz.copias.pidiendoClave || raiz.panel !== EstadoDeVentana.Ninguno
 
     function estaConectado(udid: string): bool {
         for (const uno of raiz.modelo.dispositivos) {

@@ -21,6 +21,7 @@ FocusScope {
         id: estado
 
         modelo: raiz.modelo
+        copias: raiz.copias
         secciones: secciones
         hayHerramientas: raiz.falta.length === 0
     }

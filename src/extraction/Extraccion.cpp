@@ -1,0 +1,215 @@
+#include "extraction/Extraccion.h"
+
+#include "core/EscritorDeTexto.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QUuid>
+
+#include <cmath>
+#include <ctime>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace vellora::Extraccion
+{
+
+namespace
+{
+
+constexpr qint64 principioApple = 978'307'200; // 2001-01-01 00:00:00 UTC in seconds since 1970
+constexpr double desdeAquiNanosegundos = 1e12;
+// Some thirty million years: within what the C library turns into a date.
+constexpr double segundosImposibles = 1e15;
+
+/// The folder of the private copies, for the owner alone; empty when somebody else has taken its name.
+QString carpetaDeCopias()
+{
+    const auto ruta = QDir::tempPath() + u"/vellora-bd"_s;
+    const auto nombre = QFile::encodeName(ruta);
+    mkdir(nombre.constData(), S_IRWXU);
+    struct stat ficha = {};
+    const bool propia = lstat(nombre.constData(), &ficha) == 0 && S_ISDIR(ficha.st_mode) && ficha.st_uid == getuid();
+    return propia && chmod(nombre.constData(), S_IRWXU) == 0 ? ruta : QString();
+}
+
+void quitarCopia(const QString &copia)
+{
+    if (copia.isEmpty())
+        return;
+    for (const auto &cola : {QString(), u"-wal"_s, u"-shm"_s, u"-journal"_s})
+        QFile::remove(copia + cola);
+}
+
+void dosCifras(QByteArray &linea, int numero)
+{
+    linea += static_cast<char>('0' + numero / 10 % 10);
+    linea += static_cast<char>('0' + numero % 10);
+}
+
+void ponerMomento(QByteArray &linea, double valor)
+{
+    if (!(valor > 0))
+        return; // NaN among them
+    if (valor > desdeAquiNanosegundos)
+        valor /= 1e9;
+    if (valor > segundosImposibles)
+        return;
+    // Qt's own dates take ten times as long, and this is where half a million messages spend their time.
+    const auto momento = static_cast<time_t>(static_cast<qint64>(std::floor(valor)) + principioApple);
+    struct tm partes = {};
+    if (localtime_r(&momento, &partes) == nullptr)
+        return;
+    dosCifras(linea, partes.tm_mday);
+    linea += '/';
+    dosCifras(linea, partes.tm_mon + 1);
+    linea += '/';
+    linea += QByteArray::number(partes.tm_year + 1900).rightJustified(4, '0');
+    linea += ' ';
+    dosCifras(linea, partes.tm_hour);
+    linea += ':';
+    dosCifras(linea, partes.tm_min);
+}
+
+void ponerMomento(QByteArray &linea, const QString &texto)
+{
+    bool esNumero = false;
+    const double valor = texto.toDouble(&esNumero);
+    const bool conBlancos = !texto.isEmpty() && (texto.front().isSpace() || texto.back().isSpace());
+    if (esNumero && !conBlancos)
+        ponerMomento(linea, valor);
+}
+
+} // namespace
+
+BaseDelTelefono::~BaseDelTelefono()
+{
+    quitarCopia(copia);
+}
+
+void BaseDelTelefono::porCadaFila(const char *consulta, const char *orden, const PorFila &fila) const
+{
+    bool alguna = false;
+    const auto hacer = [&](const Fila &una) {
+        alguna = true;
+        fila(una);
+        return true;
+    };
+    const bool entera = base.porCadaFila((QByteArray(consulta) + ' ' + orden).constData(), hacer);
+    if (!entera && !alguna)
+        base.porCadaFila(consulta, hacer);
+}
+
+std::optional<BaseDelTelefono> abrirPublico(const QString &fichero)
+{
+    const auto carpeta = carpetaDeCopias();
+    const auto copia = carpeta + u'/' + QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper() + u'-' +
+                       QFileInfo(fichero).fileName();
+    if (!carpeta.isEmpty() && QFile::copy(fichero, copia)) {
+        // The phone's permissions may keep its owner from changing it.
+        QFile::setPermissions(copia, QFile::ReadOwner | QFile::WriteOwner);
+        for (const auto &cola : {u"-wal"_s, u"-shm"_s}) {
+            if (QFile::copy(fichero + cola, copia + cola))
+                QFile::setPermissions(copia + cola, QFile::ReadOwner | QFile::WriteOwner);
+        }
+        if (auto base = BaseDeDatos::abrirCopia(copia))
+            return BaseDelTelefono(*std::move(base), copia);
+    }
+    quitarCopia(carpeta.isEmpty() ? QString() : copia);
+    auto directa = BaseDeDatos::abrir(fichero);
+    return directa ? std::optional(BaseDelTelefono(*std::move(directa), {})) : std::nullopt;
+}
+
+QStringList buscar(const QString &nombre, const QString &dentro)
+{
+    QStringList hallados;
+    QDirIterator recorrido(dentro, QDir::Files | QDir::Hidden | QDir::NoSymLinks, QDirIterator::Subdirectories);
+    while (recorrido.hasNext()) {
+        recorrido.next();
+        if (recorrido.fileName() == nombre)
+            hallados << recorrido.filePath();
+    }
+    return hallados;
+}
+
+QString buscarPublico(const QString &nombre, const QString &dentro)
+{
+    return buscar(nombre, dentro).value(0);
+}
+
+QString fechaApplePublica(const QString &texto)
+{
+    QByteArray fecha;
+    ponerMomento(fecha, texto);
+    return QString::fromLatin1(fecha);
+}
+
+void ponerFecha(QByteArray &linea, const Fila &fila, int columna)
+{
+    if (const auto numero = fila.real(columna))
+        ponerMomento(linea, *numero);
+    else
+        ponerMomento(linea, fila.texto(columna));
+}
+
+void ponerTexto(QByteArray &linea, const Fila &fila, int columna)
+{
+    linea += textoLimpio(fila.utf8(columna));
+}
+
+void ponerCampo(QByteArray &linea, const Fila &fila, int columna)
+{
+    linea += textoLimpio(fila.utf8(columna)).replace(';', ',').replace('\n', ' ');
+}
+
+qint64 escribirTabla(const Tabla &tabla, const QString &desde, const QString &a)
+{
+    const auto base = abrirPublico(buscarPublico(tabla.base, desde));
+    auto carpeta = CarpetaDeDestino::abrir(a);
+    if (!base || !carpeta)
+        return 0;
+    std::optional<EscritorDeTexto> escritor;
+    QByteArray linea;
+    qint64 filas = 0;
+    base->porCadaFila(tabla.consulta, tabla.orden, [&](const Fila &fila) {
+        if (!escritor)
+            escritor.emplace(*carpeta, tabla.fichero.toUtf8()) << tabla.cabecera;
+        linea.resize(0);
+        tabla.linea(linea, fila);
+        *escritor << linea;
+        ++filas;
+    });
+    return escritor && escritor->cerrar() ? filas : 0;
+}
+
+bool copiarFichero(const QString &origen, CarpetaDeDestino &destino, const QString &relativa)
+{
+    constexpr int numero = 0;
+    const auto nombre = relativa.toUtf8();
+    if (destino.nuevoEnlaceDe(origen, numero) && destino.colocar(numero, nombre))
+        return true;
+    QFile entrada(origen);
+    const auto descriptor = destino.nuevo(numero);
+    QFile salida;
+    if (!descriptor || !entrada.open(QIODevice::ReadOnly) || !salida.open(*descriptor, QIODevice::WriteOnly))
+        return false;
+    QByteArray tramo(1 << 20, Qt::Uninitialized);
+    qint64 leidos = 0;
+    while ((leidos = entrada.read(tramo.data(), tramo.size())) > 0) {
+        if (salida.write(tramo.constData(), leidos) != leidos)
+            break;
+    }
+    // The owner knows a recording by its day.
+    const bool bien = leidos == 0 && salida.flush() && fdatasync(*descriptor) == 0 &&
+                      salida.setFileTime(entrada.fileTime(QFile::FileModificationTime), QFile::FileModificationTime) &&
+                      destino.colocar(numero, nombre);
+    if (!bien)
+        destino.desechar(numero);
+    return bien;
+}
+
+} // namespace vellora::Extraccion

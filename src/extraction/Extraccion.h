@@ -1,0 +1,91 @@
+#pragma once
+
+#include "core/BaseDeDatos.h"
+#include "core/CarpetaDeDestino.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <optional>
+
+/// The databases of an unpacked backup turned into files that anyone can open. Nothing here keeps a state; every
+/// operation blocks, and belongs off the main thread.
+///
+/// An extractor takes the unpacked folder and the result folder and gives its line of the summary, absent when it found
+/// nothing or could write nothing. A line claims only what stands in the result folder. Names in results come from
+/// outside and never leave that folder.
+namespace vellora::Extraccion
+{
+
+/// A private copy of a database of the phone, with its latest changes taken in; it is removed with this object.
+class BaseDelTelefono
+{
+public:
+    using PorFila = std::function<void(const Fila &)>;
+
+    BaseDelTelefono(BaseDeDatos laBase, QString laCopia) : base(std::move(laBase)), copia(std::move(laCopia)) {}
+    BaseDelTelefono(BaseDelTelefono &&otra) noexcept : base(std::move(otra.base)), copia(std::exchange(otra.copia, {}))
+    {
+    }
+    BaseDelTelefono &operator=(BaseDelTelefono &&) = delete;
+    BaseDelTelefono(const BaseDelTelefono &) = delete;
+    BaseDelTelefono &operator=(const BaseDelTelefono &) = delete;
+    ~BaseDelTelefono();
+
+    /// Runs the query with its order. A damaged page can keep a sort from giving anything; what can be read of the
+    /// query is then given as it is stored. A table or column of another version of iOS gives nothing.
+    void porCadaFila(const char *consulta, const char *orden, const PorFila &fila) const;
+
+private:
+    BaseDeDatos base;
+    QString copia; ///< empty when the file is read where it is
+};
+
+/// Opens a private copy or, when that cannot be made, the file itself. Absent for a missing file.
+std::optional<BaseDelTelefono> abrirPublico(const QString &fichero);
+/// Files of that very name under a folder, in the order of the walk; links are not looked at.
+QStringList buscar(const QString &nombre, const QString &dentro);
+/// The first of them; empty without any.
+QString buscarPublico(const QString &nombre, const QString &dentro);
+
+/// A stored date as dd/MM/yyyy HH:mm in the computer's time zone. The text is a count of seconds since 2001-01-01
+/// 00:00:00 UTC or, above 1,000,000,000,000, of nanoseconds. Empty for 0 and below and for what is no number.
+QString fechaApplePublica(const QString &texto);
+/// The same for a column of a row, added to a line.
+void ponerFecha(QByteArray &linea, const Fila &fila, int columna);
+/// A column as text, added to a line.
+void ponerTexto(QByteArray &linea, const Fila &fila, int columna);
+/// The same with ";" as "," and line feeds as blanks, so that it stays one field of a table.
+void ponerCampo(QByteArray &linea, const Fila &fila, int columna);
+
+/// One table of a database as one file: a heading, then what `linea` adds for each row.
+struct Tabla {
+    QString base;    ///< name of the database's file
+    QString fichero; ///< under the result folder
+    QByteArray cabecera;
+    const char *consulta;
+    const char *orden;
+    std::function<void(QByteArray &linea, const Fila &fila)> linea;
+};
+/// Rows that were written; 0 when there were none, or when the file could not be written.
+qint64 escribirTabla(const Tabla &tabla, const QString &desde, const QString &a);
+
+/// Puts a file of the unpacked folder into the result folder, in place of one of that name: as a second name of its
+/// bytes where one volume holds both (the unpacked folder goes away), as a copy otherwise.
+bool copiarFichero(const QString &origen, CarpetaDeDestino &destino, const QString &relativa);
+
+std::optional<QString> mensajes(const QString &desde, const QString &a);
+std::optional<QString> whatsapp(const QString &desde, const QString &a);
+std::optional<QString> notasDeVoz(const QString &desde, const QString &a);
+std::optional<QString> contactos(const QString &desde, const QString &a);
+std::optional<QString> llamadas(const QString &desde, const QString &a);
+std::optional<QString> notas(const QString &desde, const QString &a);
+std::optional<QString> calendario(const QString &desde, const QString &a);
+std::optional<QString> recordatorios(const QString &desde, const QString &a);
+std::optional<QString> safari(const QString &desde, const QString &a);
+std::optional<QString> salud(const QString &desde, const QString &a);
+std::optional<QString> buzonDeVoz(const QString &desde, const QString &a);
+
+} // namespace vellora::Extraccion

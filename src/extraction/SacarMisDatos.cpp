@@ -1,0 +1,133 @@
+#include "extraction/SacarMisDatos.h"
+
+#include "core/SegundoPlano.h"
+#include "core/Tarea.h"
+#include "extraction/Extraccion.h"
+#include "platform/Llavero.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace vellora
+{
+
+namespace
+{
+
+const auto titulo = u"Sacando tus datos de la copia"_s;
+
+QString carpetaDesempaquetada()
+{
+    return QDir::tempPath() + u"/vellora-extraccion"_s;
+}
+
+/// Everything that is read of a backup, in the order of the summary.
+QStringList leerTodo(const QString &desde, const QString &a)
+{
+    using namespace Extraccion;
+    CarpetaDeDestino::limpiar(a);
+    QStringList resumen;
+    for (const auto extractor : {&mensajes, &whatsapp, &notasDeVoz, &contactos, &llamadas, &notas, &calendario,
+                                 &recordatorios, &safari, &salud, &buzonDeVoz}) {
+        if (const auto linea = extractor(desde, a))
+            resumen << *linea;
+    }
+    QDir(desde).removeRecursively();
+    return resumen;
+}
+
+void contar(Tarea &tarea, const QStringList &resumen, bool cifrada)
+{
+    if (resumen.isEmpty()) {
+        tarea.apunta(u"La copia no traía nada de esto dentro."_s);
+        tarea.ponDetalle(u"No encontré datos que sacar"_s);
+        return tarea.cerrar(false);
+    }
+    for (const auto &linea : resumen)
+        tarea.apunta(linea);
+    if (!cifrada) {
+        tarea.apunta(QString());
+        tarea.apunta(u"Lo que NO sale porque la copia no está cifrada: el historial de llamadas, Safari, los datos de "
+                     "Salud y las contraseñas del Llavero. iOS solo los incluye si la copia va cifrada."_s);
+    }
+    tarea.ponDetalle(u"%1 tipos de datos guardados"_s.arg(resumen.size()));
+    tarea.cerrar(true);
+}
+
+/// The second half, once everything is unpacked.
+void leer(Tarea &tarea, const QString &destino, bool cifrada)
+{
+    tarea.ponDetalle(u"Leyendo mensajes, WhatsApp, contactos…"_s);
+    tarea.ponAvance(tarea.hechos(), 0);
+    const auto trabajo = [desde = carpetaDesempaquetada(), destino] {
+        return leerTodo(desde, destino);
+    };
+    enSegundoPlano(&tarea, trabajo, [&tarea, cifrada, numero = tarea.trabajo()](const QStringList &resumen) {
+        if (tarea.sigue(numero))
+            contar(tarea, resumen, cifrada);
+    });
+}
+
+void alAvisar(Tarea &tarea, const Motor::Aviso &aviso)
+{
+    if (aviso.tipo == "total"_L1) {
+        const auto cuantos = aviso.entero("n"_L1).value_or(0);
+        tarea.ponAvance(tarea.hechos(), cuantos);
+        tarea.apunta(u"%1 archivos que sacar de la copia."_s.arg(cuantos));
+    } else if (aviso.tipo == "progreso"_L1) {
+        tarea.ponAvance(aviso.entero("hechos"_L1).value_or(0), tarea.deTotal());
+        tarea.ponDetalle(u"%1 archivos sacados"_s.arg(aviso.entero("copiados"_L1).value_or(0)));
+    } else if (aviso.tipo == "error"_L1) {
+        tarea.apunta(aviso.texto("motivo"_L1).value_or(QString()));
+    }
+}
+
+/// True when there is a finished backup; otherwise the job has been closed with its sentence.
+bool hayCopia(Tarea &tarea, const QString &copia)
+{
+    if (QFileInfo::exists(copia + u"/Manifest.db"_s))
+        return true;
+    if (QFileInfo::exists(copia)) {
+        tarea.apunta(u"Hay una copia a medias, sin terminar. Vuelve a hacerla entera con el iPhone desbloqueado."_s);
+        tarea.ponDetalle(u"La copia está incompleta"_s);
+    } else {
+        tarea.apunta(
+            u"Todavía no hay ninguna copia de seguridad de este iPhone. Pulsa «Copia de seguridad» primero: tus "
+            "mensajes y WhatsApp salen de ahí."_s);
+        tarea.ponDetalle(u"Primero hay que hacer la copia"_s);
+    }
+    tarea.cerrar(false);
+    return false;
+}
+
+} // namespace
+
+void sacarMisDatos(Tarea &tarea, const QString &udid, const QString &carpetaCopias, const QString &destino)
+{
+    tarea.empezar(titulo, u"Buscando la última copia…"_s);
+    tarea.muestra();
+    tarea.ponInicio(QDateTime::currentDateTimeUtc());
+    tarea.ponCarpetaResultado(destino);
+    if (!hayCopia(tarea, carpetaCopias + u'/' + udid))
+        return;
+    const bool cifrada = Llavero::hayClave(udid);
+    const auto desempaquetada = carpetaDesempaquetada();
+    QDir(desempaquetada).removeRecursively();
+    tarea.lanzarMotorPublico(
+        {u"extraer"_s, udid, carpetaCopias, desempaquetada}, titulo, false,
+        [&tarea](const Motor::Aviso &aviso) { alAvisar(tarea, aviso); },
+        [&tarea, numero = tarea.trabajo(), desempaquetada, destino, cifrada](int codigo) {
+            if (!tarea.sigue(numero))
+                return;
+            if (codigo == 0 && QFileInfo(desempaquetada).isDir())
+                return leer(tarea, destino, cifrada);
+            tarea.ponDetalle(u"No se pudo abrir la copia"_s);
+            tarea.cerrar(false);
+        });
+}
+
+} // namespace vellora

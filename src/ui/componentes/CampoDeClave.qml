@@ -1,0 +1,56 @@
+import QtQuick
+import Vellora.Componentes
+
+/// A field for a password: what is typed is not shown, nor offered to the clipboard.
+FocusScope {
+    id: raiz
+
+    property string rotulo
+    property alias texto: entrada.text
+
+    signal aceptado
+
+    implicitHeight: letrero.implicitHeight + 6 + 38
+    activeFocusOnTab: true
+
+    Texto {
+        id: letrero
+
+        tipo: Texto.Menor
+        text: raiz.rotulo
+        Accessible.ignored: true
+    }
+
+    Rectangle {
+        anchors.top: letrero.bottom
+        anchors.topMargin: 6
+        width: parent.width
+        height: 38
+        radius: 8
+        color: Tema.fondo
+        border.width: entrada.activeFocus ? 2 : 1
+        border.color: entrada.activeFocus ? Tema.acento : Tema.borde
+
+        TextInput {
+            id: entrada
+
+            anchors.fill: parent
+            anchors.leftMargin: 12
+            anchors.rightMargin: 12
+            verticalAlignment: TextInput.AlignVCenter
+            focus: true
+            clip: true
+            selectByMouse: true
+            echoMode: TextInput.Password
+            inputMethodHints: Qt.ImhHiddenText | Qt.ImhSensitiveData | Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText
+            color: Tema.texto
+            selectionColor: Tema.acento
+            selectedTextColor: Tema.sobreAcento
+            font.pixelSize: Tema.letra(Texto.Cuerpo)
+            Accessible.role: Accessible.EditableText
+            Accessible.name: raiz.rotulo
+            Accessible.passwordEdit: true
+            onAccepted: raiz.aceptado()
+        }
+    }
+}
