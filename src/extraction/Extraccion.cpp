@@ -212,4 +212,16 @@ bool copiarFichero(const QString &origen, CarpetaDeDestino &destino, const QStri
     return bien;
 }
 
+QStringList todo(const QString &desde, const QString &a)
+{
+    CarpetaDeDestino::limpiar(a);
+    QStringList resumen;
+    for (const auto extractor : {&mensajes, &whatsapp, &notasDeVoz, &contactos, &llamadas, &notas, &calendario,
+                                 &recordatorios, &safari, &salud, &buzonDeVoz}) {
+        if (const auto linea = extractor(desde, a))
+            resumen << *linea;
+    }
+    return resumen;
+}
+
 } // namespace vellora::Extraccion

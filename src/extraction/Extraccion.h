@@ -76,6 +76,9 @@ qint64 escribirTabla(const Tabla &tabla, const QString &desde, const QString &a)
 /// bytes where one volume holds both (the unpacked folder goes away), as a copy otherwise.
 bool copiarFichero(const QString &origen, CarpetaDeDestino &destino, const QString &relativa);
 
+/// Runs all extractors, in the order of the summary; its lines. Clears away what a run that was ended left behind.
+QStringList todo(const QString &desde, const QString &a);
+
 std::optional<QString> mensajes(const QString &desde, const QString &a);
 std::optional<QString> whatsapp(const QString &desde, const QString &a);
 std::optional<QString> notasDeVoz(const QString &desde, const QString &a);

@@ -8,8 +8,6 @@
 #include <QDir>
 #include <QFileInfo>
 
-#include <array>
-
 using namespace Qt::StringLiterals;
 
 namespace vellora
@@ -23,21 +21,6 @@ const auto titulo = u"Sacando tus datos de la copia"_s;
 QString carpetaDesempaquetada()
 {
     return QDir::tempPath() + u"/vellora-extraccion"_s;
-}
-
-/// Everything that is read of a backup, in the order of the summary.
-QStringList leerTodo(const QString &desde, const QString &a)
-{
-    using namespace Extraccion;
-    CarpetaDeDestino::limpiar(a);
-    QStringList resumen;
-    for (const auto extractor : {&mensajes, &whatsapp, &notasDeVoz, &contactos, &llamadas, &notas, &calendario,
-                                 &recordatorios, &safari, &salud, &buzonDeVoz}) {
-        if (const auto linea = extractor(desde, a))
-            resumen << *linea;
-    }
-    QDir(desde).removeRecursively();
-    return resumen;
 }
 
 void contar(Tarea &tarea, const QStringList &resumen, bool cifrada)
@@ -64,7 +47,9 @@ void leer(Tarea &tarea, const QString &destino, bool cifrada)
     tarea.ponDetalle(u"Leyendo mensajes, WhatsApp, contactos…"_s);
     tarea.ponAvance(tarea.hechos(), 0);
     const auto trabajo = [desde = carpetaDesempaquetada(), destino] {
-        return leerTodo(desde, destino);
+        auto resumen = Extraccion::todo(desde, destino);
+        QDir(desde).removeRecursively();
+        return resumen;
     };
     enSegundoPlano(&tarea, trabajo, [&tarea, cifrada, numero = tarea.trabajo()](const QStringList &resumen) {
         if (tarea.sigue(numero))
