@@ -45,6 +45,19 @@ void quitarCopia(const QString &copia)
         QFile::remove(copia + cola);
 }
 
+/// Private copies that nobody closed, because their program was killed.
+void quitarCopiasViejas()
+{
+    constexpr qint64 unaHora = 3600;
+    QDir carpeta(carpetaDeCopias());
+    if (carpeta.path() == "."_L1)
+        return;
+    for (const auto &copia : carpeta.entryInfoList(QDir::Files | QDir::Hidden)) {
+        if (copia.lastModified().secsTo(QDateTime::currentDateTime()) > unaHora)
+            QFile::remove(copia.filePath());
+    }
+}
+
 void dosCifras(QByteArray &linea, int numero)
 {
     linea += static_cast<char>('0' + numero / 10 % 10);
@@ -106,6 +119,8 @@ void BaseDelTelefono::porCadaFila(const char *consulta, const char *orden, const
 
 std::optional<BaseDelTelefono> abrirPublico(const QString &fichero)
 {
+    if (!QFileInfo(fichero).isFile())
+        return {};
     const auto carpeta = carpetaDeCopias();
     const auto copia = carpeta + u'/' + QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper() + u'-' +
                        QFileInfo(fichero).fileName();
@@ -215,6 +230,7 @@ bool copiarFichero(const QString &origen, CarpetaDeDestino &destino, const QStri
 QStringList todo(const QString &desde, const QString &a)
 {
     CarpetaDeDestino::limpiar(a);
+    quitarCopiasViejas();
     QStringList resumen;
     for (const auto extractor : {&mensajes, &whatsapp, &notasDeVoz, &contactos, &llamadas, &notas, &calendario,
                                  &recordatorios, &safari, &salud, &buzonDeVoz}) {

@@ -79,7 +79,7 @@ QByteArray otroEsquema(Azar &azar)
         "FROM c) SELECT x AS data_type, x AS start_date FROM c",
         "UPDATE message SET text = zeroblob(3000000) WHERE ROWID < 3",
         "UPDATE message SET date = 'mañana', is_from_me = x'00FF'",
-        "UPDATE handle SET id = CAST(x'2E2E2F2E2E2FFF00' AS TEXT)"};
+        "UPDATE handle SET id = CAST(x'2E2E2F2E2E2FFF00' AS TEXT) WHERE ROWID = (SELECT MIN(ROWID) FROM handle)"};
     return cambios[azar.bounded(static_cast<int>(cambios.size()))];
 }
 
@@ -143,7 +143,9 @@ void PruebaAverias::sacar(const QString &copia)
     } else {
         QVERIFY(!abierta.motivo().isEmpty());
     }
-    QCOMPARE(CopiaDePrueba::contenido(destino).size(), cuenta.copiados);
+    // Fewer only where the damaged list gives two files one name.
+    QVERIFY(CopiaDePrueba::contenido(destino).size() <= cuenta.copiados);
+    QVERIFY(CopiaDePrueba::contenido(destino).keys().filter(u".vellora-"_s).isEmpty());
 }
 
 void PruebaAverias::vigilado(const QByteArray &que, const std::function<void()> &trabajo)

@@ -1,0 +1,483 @@
+#include "extraction/Extraccion.h"
+#include "extraction/Grupos.h"
+#include "support/BaseDePrueba.h"
+
+#include <QTemporaryDir>
+
+#include <csignal>
+#include <sys/resource.h>
+
+using namespace Qt::StringLiterals;
+using namespace vellora;
+
+namespace
+{
+
+constexpr auto tablasDeMensajes =
+    "CREATE TABLE handle (ROWID INTEGER PRIMARY KEY, id TEXT);"
+    "CREATE TABLE message (ROWID INTEGER PRIMARY KEY, text TEXT, handle_id INTEGER, date INTEGER, "
+    "is_from_me INTEGER);";
+constexpr auto tablasDeWhatsApp =
+    "CREATE TABLE ZWACHATSESSION (Z_PK INTEGER PRIMARY KEY, ZPARTNERNAME TEXT, ZCONTACTJID TEXT);"
+    "CREATE TABLE ZWAMESSAGE (Z_PK INTEGER PRIMARY KEY, ZCHATSESSION INTEGER, ZMESSAGEDATE REAL, "
+    "ZISFROMME INTEGER, ZTEXT TEXT);";
+
+} // namespace
+
+class PruebaExtractores : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        // The private copies of other runs are none of these tests' business.
+        QVERIFY(QDir().mkpath(QDir::homePath() + u"/tmp"_s));
+        qputenv("TMPDIR", QFile::encodeName(QDir::homePath() + u"/tmp"_s));
+    }
+    void init()
+    {
+        casa = std::make_unique<QTemporaryDir>();
+        desde = casa->filePath(u"desde"_s);
+        a = casa->filePath(u"Mis datos"_s);
+    }
+    void fechas_data();
+    void fechas();
+    void mensajes();
+    void gruposQueSeMezclan();
+    void muchosGruposALaVez();
+    void nombresDeConversacion_data();
+    void nombresDeConversacion();
+    void nadaSaleDeLaCarpeta_data();
+    void nadaSaleDeLaCarpeta();
+    void whatsapp();
+    void mediosDeWhatsApp();
+    void grabadora();
+    void llamadasYSalud();
+    void calendarioYNotas();
+    void safari();
+    void buzon();
+    void loQueSoloEstaEnElWal();
+    void unWalRoto();
+    void nadaQueSacar();
+    void discoLlenoDejaLoDeAntes();
+    void noQuedanCopiasPrivadas();
+
+private:
+    QByteArray hecho(const QString &nombre) { return leerFichero(a + u'/' + nombre); }
+
+    std::unique_ptr<QTemporaryDir> casa;
+    QString desde;
+    QString a;
+};
+
+void PruebaExtractores::fechas_data()
+{
+    QTest::addColumn<QString>("texto");
+    QTest::addColumn<QString>("fecha");
+    // Madrid is one hour ahead of UTC in winter, two in summer.
+    QTest::newRow("winter") << u"700000000"_s << u"08/03/2023 21:26"_s;
+    QTest::newRow("summer") << u"710000000"_s << u"02/07/2023 16:13"_s;
+    QTest::newRow("last minute before summer time") << u"701485199"_s << u"26/03/2023 01:59"_s;
+    QTest::newRow("nanoseconds") << u"700000000123456789"_s << u"08/03/2023 21:26"_s;
+    QTest::newRow("fraction") << u"700000000.999"_s << u"08/03/2023 21:26"_s;
+    QTest::newRow("exponent") << u"7e8"_s << u"08/03/2023 21:26"_s;
+    QTest::newRow("first second") << u"1"_s << u"01/01/2001 01:00"_s;
+    QTest::newRow("border, still seconds") << u"1000000000000"_s << u"27/09/33689 03:46"_s;
+    QTest::newRow("border, nanoseconds") << u"1000000000001"_s << u"01/01/2001 01:16"_s;
+    for (const auto &vacia : {u"0"_s, u"-5"_s, QString(), u" 700000000"_s, u"700000000 "_s, u"mañana"_s, u"7,0"_s,
+                              u"nan"_s, u"inf"_s, u"1e300"_s, u"700000000x"_s})
+        QTest::newRow(qPrintable(u"nothing: "_s + vacia)) << vacia << QString();
+}
+
+void PruebaExtractores::fechas()
+{
+    QFETCH(QString, texto);
+    QTEST(Extraccion::fechaApplePublica(texto), "fecha");
+}
+
+void PruebaExtractores::mensajes()
+{
+    QVERIFY(escribirBase(
+        desde + u"/HomeDomain/Library/SMS/sms.db"_s,
+        QByteArray(tablasDeMensajes) +
+            "INSERT INTO handle VALUES (1,'+34600112233'),(2,'a/b'),(3,'+34600112233');"
+            "INSERT INTO message VALUES (1,'Hola, ¿qué tal? 😀',1,700000000000000000,0),"
+            "(2,'Bien',1,700000060000000000,1),(3,NULL,1,700000070000000000,1),(4,'',1,700000080000000000,1),"
+            "(5,'por iMessage',3,700000030,0),(6,'de nadie',NULL,700000000,0),(7,'dos\nlíneas',2,NULL,0),"
+            "(8,'sin destinatario',99,'ayer',1);"));
+    QCOMPARE(Extraccion::mensajes(desde, a), u"Mensajes: 6 en 3 conversaciones (carpeta Mensajes)"_s);
+    // Two rows of the handle table are one person.
+    QCOMPARE(hecho(u"Mensajes/+34600112233.txt"_s), "[08/03/2023 21:27] +34600112233: por iMessage\n"
+                                                    "[08/03/2023 21:26] +34600112233: Hola, ¿qué tal? 😀\n"
+                                                    "[08/03/2023 21:27] YO: Bien");
+    QCOMPARE(hecho(u"Mensajes/a-b.txt"_s), "[] a/b: dos\nlíneas");
+    QCOMPARE(hecho(u"Mensajes/Desconocido.txt"_s), "[08/03/2023 21:26] Desconocido: de nadie\n[] YO: sin destinatario");
+    QCOMPARE(QDir(a).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot), QStringList{u"Mensajes"_s});
+}
+
+void PruebaExtractores::gruposQueSeMezclan()
+{
+    // Without a partner name the rows come by date, whoever wrote them; and two partners share a file name.
+    QVERIFY(escribirBase(desde + u"/WhatsApp/ChatStorage.sqlite"_s,
+                         QByteArray(tablasDeWhatsApp) +
+                             "INSERT INTO ZWACHATSESSION VALUES "
+                             "(1,NULL,'111@s'),(2,NULL,'222@s'),(3,'Ana-Luz','3@s'),(4,'Ana/Luz','4@s'),"
+                             "(5,'111@s','5@s'),(6,'','6@s'),(7,NULL,NULL);"
+                             "INSERT INTO ZWAMESSAGE VALUES (1,1,1,0,'a'),(2,2,2,0,'b'),(3,1,3,1,'c'),(4,2,4,0,'d'),"
+                             "(5,3,5,0,'primera'),(6,4,6,0,'segunda'),(7,5,7,0,'mismo nombre'),(8,6,8,0,'sin "
+                             "nombre'),(9,7,9,0,'nadie');"));
+    QCOMPARE(Extraccion::whatsapp(desde, a), u"WhatsApp: 9 mensajes en 5 chats"_s);
+    QCOMPARE(hecho(u"WhatsApp/Chats/111@s.txt"_s),
+             "[01/01/2001 01:00] 111@s: a\n[01/01/2001 01:00] YO: c\n[01/01/2001 01:00] 111@s: mismo nombre");
+    QCOMPARE(hecho(u"WhatsApp/Chats/222@s.txt"_s), "[01/01/2001 01:00] 222@s: b\n[01/01/2001 01:00] 222@s: d");
+    QCOMPARE(hecho(u"WhatsApp/Chats/Ana-Luz.txt"_s), "[01/01/2001 01:00] Ana/Luz: segunda");
+    QVERIFY(hecho(u"WhatsApp/Chats/.txt"_s).contains("nadie"));
+}
+
+void PruebaExtractores::muchosGruposALaVez()
+{
+    // More conversations at once than files may be open, taking turns.
+    QByteArray sentencias = QByteArray(tablasDeWhatsApp) + "BEGIN;";
+    for (int chat = 0; chat < 300; ++chat)
+        sentencias += "INSERT INTO ZWACHATSESSION VALUES (" + QByteArray::number(chat) + ",NULL,'c" +
+                      QByteArray::number(chat) + "');";
+    for (int mensaje = 0; mensaje < 3000; ++mensaje)
+        sentencias += "INSERT INTO ZWAMESSAGE VALUES (" + QByteArray::number(mensaje) + ',' +
+                      QByteArray::number(mensaje % 300) + ',' + QByteArray::number(mensaje + 1) + ",0,'m" +
+                      QByteArray::number(mensaje) + "');";
+    QVERIFY(escribirBase(desde + u"/WhatsApp/ChatStorage.sqlite"_s, sentencias + "COMMIT"));
+    QCOMPARE(Extraccion::whatsapp(desde, a), u"WhatsApp: 3000 mensajes en 300 chats"_s);
+    for (int chat = 0; chat < 300; ++chat) {
+        const auto lineas = hecho(u"WhatsApp/Chats/c%1.txt"_s.arg(chat)).split('\n');
+        QCOMPARE(lineas.size(), 10);
+        QVERIFY(lineas[7].endsWith("m" + QByteArray::number(chat + 2100)));
+    }
+}
+
+void PruebaExtractores::nombresDeConversacion_data()
+{
+    QTest::addColumn<QByteArray>("grupo");
+    QTest::addColumn<QByteArray>("fichero");
+    QTest::newRow("telephone") << QByteArray("+34600112233") << QByteArray("+34600112233.txt");
+    QTest::newRow("slash") << QByteArray("a/b/c") << QByteArray("a-b-c.txt");
+    QTest::newRow("up") << QByteArray("..") << QByteArray("...txt");
+    QTest::newRow("far up") << QByteArray("../../etc/passwd") << QByteArray("..-..-etc-passwd.txt");
+    QTest::newRow("empty") << QByteArray() << QByteArray(".txt");
+    QTest::newRow("251 bytes fit") << QByteArray(251, 'a') << QByteArray(251, 'a') + ".txt";
+    QTest::newRow("252 bytes do not") << QByteArray(252, 'a') << QByteArray(200, 'a') + "~5bb5b9a6.txt";
+    QTest::newRow("not cut inside a letter")
+        << QByteArray("ñ").repeated(200) << QByteArray("ñ").repeated(100) + "~d3ad6a1f.txt";
+}
+
+void PruebaExtractores::nombresDeConversacion()
+{
+    QFETCH(QByteArray, grupo);
+    QFETCH(QByteArray, fichero);
+    const auto dado = Extraccion::Grupos::fichero(grupo);
+    if (fichero.contains('~')) { // the digest is not worth writing twice
+        QCOMPARE(dado.first(dado.indexOf(char(126))), fichero.first(fichero.indexOf(char(126))));
+        QVERIFY(dado.size() < 255 && dado != Extraccion::Grupos::fichero(grupo + 'x'));
+        return;
+    }
+    QCOMPARE(dado, fichero);
+}
+
+void PruebaExtractores::nadaSaleDeLaCarpeta_data()
+{
+    QTest::addColumn<QByteArray>("nombre"); // in hexadecimal, as the database stores it
+    const QList<QByteArray> nombres{"..",
+                                    ".",
+                                    "",
+                                    "/",
+                                    "//",
+                                    "../x",
+                                    "../../../x",
+                                    "/etc/x",
+                                    "a/../../x",
+                                    "~",
+                                    "~/x",
+                                    "$HOME",
+                                    "`x`",
+                                    "x\ny",
+                                    "x\ty",
+                                    "\x1b[2J",
+                                    "CON",
+                                    "NUL",
+                                    "a:b",
+                                    "a\\b",
+                                    "*",
+                                    "?",
+                                    "\"",
+                                    "'",
+                                    "|",
+                                    "<>",
+                                    "-rf",
+                                    "--",
+                                    " ",
+                                    "  x  ",
+                                    ".vellora-parcial-0",
+                                    ".hidden",
+                                    "ñ",
+                                    "漢字",
+                                    "😀",
+                                    "a\u0301",
+                                    "\u202Egnp",
+                                    "\uFEFFx",
+                                    QByteArray(255, 'x'),
+                                    QByteArray(256, 'x'),
+                                    QByteArray(300, 'x'),
+                                    QByteArray(5000, 'x'),
+                                    QByteArray("ñ").repeated(150),
+                                    QByteArray("😀").repeated(80),
+                                    QByteArray("x\0y", 3),
+                                    QByteArray("\0", 1),
+                                    QByteArray("..\0", 3),
+                                    "\xFF",
+                                    "\xC0\xAE\xC0\xAE",
+                                    "\xED\xA0\x80",
+                                    "a\xE2\x82",
+                                    "x.txt",
+                                    ".txt",
+                                    "..txt",
+                                    "Mensajes",
+                                    "../Mensajes",
+                                    "Chats",
+                                    "a/b",
+                                    "a-b",
+                                    "%2e%2e%2f",
+                                    "file:///etc/x",
+                                    "x;y",
+                                    "x'; DROP TABLE m;--"};
+    QVERIFY(nombres.size() >= 60);
+    for (qsizetype i = 0; i < nombres.size(); ++i)
+        QTest::newRow(("name " + QByteArray::number(i)).constData()) << nombres[i].toHex();
+}
+
+void PruebaExtractores::nadaSaleDeLaCarpeta()
+{
+    QFETCH(QByteArray, nombre);
+    const auto valor = "CAST(x'" + nombre + "' AS TEXT)";
+    QVERIFY(escribirBase(desde + u"/sms.db"_s, QByteArray(tablasDeMensajes) + "INSERT INTO handle VALUES (1," + valor +
+                                                   "); INSERT INTO message VALUES (1,'hola',1,1,0)"));
+    QVERIFY(escribirBase(desde + u"/WhatsApp/ChatStorage.sqlite"_s,
+                         QByteArray(tablasDeWhatsApp) + "INSERT INTO ZWACHATSESSION VALUES (1," + valor +
+                             ",'x'); INSERT INTO ZWAMESSAGE VALUES (1,1,1,0,'hola')"));
+    QCOMPARE(Extraccion::mensajes(desde, a), u"Mensajes: 1 en 1 conversaciones (carpeta Mensajes)"_s);
+    QCOMPARE(Extraccion::whatsapp(desde, a), u"WhatsApp: 1 mensajes en 1 chats"_s);
+    const auto todo = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
+    QCOMPARE(QDir(casa->path()).entryList(todo), (QStringList{u"desde"_s, u"Mis datos"_s}));
+    QCOMPARE(QDir(a).entryList(todo), (QStringList{u"Mensajes"_s, u"WhatsApp"_s}));
+    QCOMPARE(QDir(a + u"/Mensajes"_s).entryList(todo).size(), 1);
+    QCOMPARE(QDir(a + u"/WhatsApp"_s).entryList(todo), QStringList{u"Chats"_s});
+    QCOMPARE(QDir(a + u"/WhatsApp/Chats"_s).entryList(todo).size(), 1);
+}
+
+void PruebaExtractores::whatsapp()
+{
+    QVERIFY(escribirBase(desde + u"/WhatsApp/ChatStorage.sqlite"_s,
+                         QByteArray(tablasDeWhatsApp) +
+                             "INSERT INTO ZWACHATSESSION VALUES (1,'Ana','1@s');"
+                             "INSERT INTO ZWAMESSAGE VALUES (1,1,700000000.5,0,'Hola'),(2,1,700000060,1,NULL),"
+                             "(3,1,700000120,1,''),(4,77,1,0,'de ninguna sesión');"));
+    QCOMPARE(Extraccion::whatsapp(desde, a), u"WhatsApp: 3 mensajes en 1 chats"_s);
+    QCOMPARE(hecho(u"WhatsApp/Chats/Ana.txt"_s),
+             "[08/03/2023 21:26] Ana: Hola\n[08/03/2023 21:27] YO: (foto, audio o adjunto)\n"
+             "[08/03/2023 21:28] YO: (foto, audio o adjunto)");
+}
+
+void PruebaExtractores::mediosDeWhatsApp()
+{
+    QVERIFY(escribirFichero(desde + u"/WhatsApp/Media/1@s/a/foto.jpg"_s, "foto"));
+    QVERIFY(escribirFichero(desde + u"/WhatsApp/Media/1@s/b/audio.opus"_s, "audio"));
+    QVERIFY(QFile::link(u"/etc/hostname"_s, desde + u"/WhatsApp/Media/enlace"_s));
+    QVERIFY(escribirFichero(a + u"/WhatsApp/Fotos y audios/vieja.jpg"_s, "vieja"));
+    QVERIFY(escribirFichero(a + u"/WhatsApp/.vellora-medios/a medias"_s, "x"));
+    // The second half does not need the first.
+    QCOMPARE(Extraccion::whatsapp(desde, a), u"WhatsApp: 2 fotos, audios y vídeos"_s);
+    QCOMPARE(hecho(u"WhatsApp/Fotos y audios/1@s/a/foto.jpg"_s), "foto");
+    const auto todo = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
+    QCOMPARE(QDir(a + u"/WhatsApp/Fotos y audios"_s).entryList(todo), QStringList{u"1@s"_s});
+    QCOMPARE(QDir(a + u"/WhatsApp"_s).entryList(todo), QStringList{u"Fotos y audios"_s});
+
+    // A link in its place is replaced, what it points at stays.
+    const auto fuera = casa->filePath(u"fuera"_s);
+    QVERIFY(escribirFichero(fuera + u"/mía.jpg"_s, "mía"));
+    QVERIFY(QDir(a + u"/WhatsApp/Fotos y audios"_s).removeRecursively());
+    QVERIFY(QFile::link(fuera, a + u"/WhatsApp/Fotos y audios"_s));
+    QVERIFY(Extraccion::whatsapp(desde, a).has_value());
+    QCOMPARE(QDir(fuera).entryList(todo), QStringList{u"mía.jpg"_s});
+    QVERIFY(!QFileInfo(a + u"/WhatsApp/Fotos y audios"_s).isSymLink());
+}
+
+void PruebaExtractores::grabadora()
+{
+    QVERIFY(escribirFichero(desde + u"/Grabadora/una.m4a"_s, "1"));
+    QVERIFY(escribirFichero(desde + u"/Grabadora/sub/dos.M4A"_s, "2"));
+    QVERIFY(escribirFichero(desde + u"/Grabadora/no.aac"_s, "x"));
+    QVERIFY(escribirFichero(desde + u"/MediaDomain/Recordings/una.m4a"_s, "la última"));
+    QCOMPARE(Extraccion::notasDeVoz(desde, a), u"Grabadora: 3 grabaciones (carpeta Grabadora)"_s);
+    QCOMPARE(hecho(u"Grabadora/una.m4a"_s), "la última");
+    QCOMPARE(QDir(a + u"/Grabadora"_s).entryList(QDir::Files | QDir::Hidden),
+             (QStringList{u"dos.M4A"_s, u"una.m4a"_s}));
+    // The unpacked file is not changed by what happens to the result.
+    QCOMPARE(leerFichero(desde + u"/Grabadora/una.m4a"_s), "1");
+}
+
+void PruebaExtractores::llamadasYSalud()
+{
+    QVERIFY(escribirBase(
+        desde + u"/CallHistory.storedata"_s,
+        "CREATE TABLE ZCALLRECORD (ZADDRESS, ZDATE, ZORIGINATED, ZDURATION);"
+        "INSERT INTO ZCALLRECORD VALUES ('+34600;1',700000000,1,65.9),(NULL,700000060,0,'nada'),('5',NULL,0,NULL)"));
+    QCOMPARE(Extraccion::llamadas(desde, a), u"Llamadas: 3 registradas (Llamadas.csv)"_s);
+    QCOMPARE(hecho(u"Llamadas.csv"_s), "Número;Fecha;Sentido;Duración (segundos)\n;08/03/2023 21:27;Entrante;0\n"
+                                       "+34600;1;08/03/2023 21:26;Saliente;65\n5;;Entrante;0\n");
+    QVERIFY(escribirBase(
+        desde + u"/healthdb_secure.sqlite"_s,
+        "CREATE TABLE samples (data_type INTEGER, start_date REAL);"
+        "INSERT INTO samples VALUES (7,700000000),(7,710000000.5),(7,700000001),(99,700000000),(99,700000000),(63,0)"));
+    QCOMPARE(Extraccion::salud(desde, a), u"Salud: 3 tipos de medición (Salud.csv)"_s);
+    QCOMPARE(hecho(u"Salud.csv"_s), "Qué;Cuántas mediciones;Desde;Hasta\nPasos;3;08/03/2023 21:26;02/07/2023 16:13\n"
+                                    "Tipo 99;2;08/03/2023 21:26;08/03/2023 21:26\nSueño;1;;\n");
+}
+
+void PruebaExtractores::calendarioYNotas()
+{
+    QVERIFY(escribirBase(desde + u"/Calendar.sqlitedb"_s,
+                         "CREATE TABLE CalendarItem (summary, start_date, end_date, due_date, completed);"
+                         "INSERT INTO CalendarItem VALUES ('Dentista; a\nlas 9',700000000,700003600,NULL,0),"
+                         "('Comprar; pan',NULL,NULL,700000000,1),(NULL,1,1,600000000,0)"));
+    QCOMPARE(Extraccion::calendario(desde, a), u"Calendario: 2 citas (Calendario.csv)"_s);
+    QCOMPARE(hecho(u"Calendario.csv"_s),
+             "Título;Empieza;Termina;Dónde\nDentista, a las 9;08/03/2023 21:26;08/03/2023 22:26;\n"
+             "Comprar, pan;;;\n");
+    QCOMPARE(Extraccion::recordatorios(desde, a), u"Recordatorios: 2 (Recordatorios.txt)"_s);
+    QCOMPARE(hecho(u"Recordatorios.txt"_s),
+             "TUS RECORDATORIOS\n\n[hecho] Comprar; pan   08/03/2023 21:26\n[    ]    06/01/2020 11:40\n");
+    QVERIFY(escribirBase(desde + u"/NoteStore.sqlite"_s,
+                         "CREATE TABLE ZICCLOUDSYNCINGOBJECT (ZTITLE1, ZMODIFICATIONDATE1, ZSNIPPET);"
+                         "INSERT INTO ZICCLOUDSYNCINGOBJECT VALUES ('Lista; "
+                         "compra',700000000,'leche'),(NULL,1,'x'),('Vacía',NULL,NULL)"));
+    QCOMPARE(Extraccion::notas(desde, a), u"Notas: 2 (Notas.txt)"_s);
+    QCOMPARE(hecho(u"Notas.txt"_s), "TUS NOTAS\n\n── Lista; compra  (08/03/2023 21:26)\nleche\n\n── Vacía  ()\n\n\n");
+}
+
+void PruebaExtractores::safari()
+{
+    QVERIFY(escribirBase(desde + u"/Bookmarks.db"_s,
+                         "CREATE TABLE bookmarks (title, url);"
+                         "INSERT INTO bookmarks VALUES ('B; b','https://b'),('A','https://a'),('carpeta','')"));
+    QCOMPARE(Extraccion::safari(desde, a), u"Safari: marcadores (2)"_s);
+    QCOMPARE(hecho(u"Safari - marcadores.txt"_s),
+             "TUS MARCADORES DE SAFARI\n\nA\n    https://a\n\nB; b\n    https://b\n\n");
+    QVERIFY(escribirBase(
+        desde + u"/History.db"_s,
+        "CREATE TABLE history_items (id INTEGER PRIMARY KEY, url); CREATE TABLE history_visits (history_item, title, "
+        "visit_time); INSERT INTO history_items VALUES (1,'https://x/;a');"
+        "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i < 5003) "
+        "INSERT INTO history_visits SELECT 1, 'v' || i || ';', 700000000 + i FROM n"));
+    QCOMPARE(Extraccion::safari(desde, a), u"Safari: historial (5000 visitas), marcadores (2)"_s);
+    const auto lineas = hecho(u"Safari - historial.csv"_s).split('\n');
+    QCOMPARE(lineas.size(), 5002);
+    QCOMPARE(lineas[1], "08/03/2023 22:50;v5003,;https://x/,a");
+    QVERIFY(lineas[5000].contains(";v4,;"));
+}
+
+void PruebaExtractores::buzon()
+{
+    QVERIFY(escribirBase(desde + u"/HomeDomain/voicemail.db"_s,
+                         "CREATE TABLE voicemail (ROWID INTEGER PRIMARY KEY, sender, date, duration);"
+                         "INSERT INTO voicemail VALUES (3,'+34600',700000000,12),(8,NULL,0,NULL)"));
+    QVERIFY(escribirFichero(desde + u"/HomeDomain/3.amr"_s, "sonido"));
+    QVERIFY(escribirFichero(desde + u"/HomeDomain/4.amr"_s, "de nadie"));
+    QCOMPARE(Extraccion::buzonDeVoz(desde, a), u"Buzón de voz: 2 mensajes, 1 audios guardados"_s);
+    QCOMPARE(hecho(u"Buzón de voz/Quién llamó.txt"_s),
+             "BUZÓN DE VOZ\n\n+34600  —  08/03/2023 21:26  (12 segundos)  →  3.amr\n"
+             "  —    ( segundos)  →  8.amr\n");
+    QCOMPARE(hecho(u"Buzón de voz/3.amr"_s), "sonido");
+    QVERIFY(!QFile::exists(a + u"/Buzón de voz/4.amr"_s));
+}
+
+void PruebaExtractores::loQueSoloEstaEnElWal()
+{
+    const auto viva = casa->filePath(u"viva.db"_s);
+    sqlite3 *base = nullptr;
+    QCOMPARE(sqlite3_open(viva.toUtf8().constData(), &base), SQLITE_OK);
+    QCOMPARE(sqlite3_exec(base,
+                          (QByteArray("PRAGMA journal_mode=WAL;") + tablasDeMensajes +
+                           "PRAGMA wal_checkpoint(TRUNCATE); INSERT INTO message VALUES (1,'en el diario',NULL,1,0)")
+                              .constData(),
+                          nullptr, nullptr, nullptr),
+             SQLITE_OK);
+    QVERIFY(QDir().mkpath(desde));
+    for (const auto &cola : {QString(), u"-wal"_s, u"-shm"_s})
+        QVERIFY(QFile::copy(viva + cola, desde + u"/sms.db"_s + cola));
+    sqlite3_close(base);
+    QCOMPARE(Extraccion::mensajes(desde, a), u"Mensajes: 1 en 1 conversaciones (carpeta Mensajes)"_s);
+    QVERIFY(hecho(u"Mensajes/Desconocido.txt"_s).endsWith("en el diario"));
+}
+
+void PruebaExtractores::unWalRoto()
+{
+    loQueSoloEstaEnElWal();
+    // Torn in its last frame: what was folded before stays.
+    QFile diario(desde + u"/sms.db-wal"_s);
+    QVERIFY(diario.resize(diario.size() - 100));
+    QVERIFY(!Extraccion::mensajes(desde, casa->filePath(u"otra"_s)));
+    QVERIFY(escribirFichero(desde + u"/sms.db-wal"_s, QByteArray(5000, 'x')));
+    QVERIFY(!Extraccion::mensajes(desde, casa->filePath(u"otra"_s)));
+}
+
+void PruebaExtractores::nadaQueSacar()
+{
+    QVERIFY(QDir().mkpath(desde));
+    QVERIFY(Extraccion::todo(desde, a).isEmpty());
+    QVERIFY(escribirBase(desde + u"/sms.db"_s, tablasDeMensajes));
+    QVERIFY(escribirBase(desde + u"/NoteStore.sqlite"_s, "CREATE TABLE otra (x)"));
+    QVERIFY(escribirFichero(desde + u"/CallHistory.storedata"_s, "esto no es una base"));
+    QVERIFY(Extraccion::todo(desde, a).isEmpty());
+    QVERIFY(QDir(a).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).isEmpty());
+}
+
+void PruebaExtractores::discoLlenoDejaLoDeAntes()
+{
+    QVERIFY(escribirBase(desde + u"/sms.db"_s,
+                         QByteArray(tablasDeMensajes) +
+                             "INSERT INTO handle VALUES (1,'corta'),(2,'larga');"
+                             "INSERT INTO message VALUES (1,'x',1,1,0),(2,printf('%.100000c','y'),2,1,0)"));
+    QVERIFY(escribirFichero(a + u"/Mensajes/larga.txt"_s, "lo de antes"));
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit antes{};
+    getrlimit(RLIMIT_FSIZE, &antes);
+    // Room for the private copy, not for the long conversation.
+    const auto tamano = static_cast<rlim_t>(QFileInfo(desde + u"/sms.db"_s).size());
+    const rlimit corto{std::min<rlim_t>(tamano, 100'000), antes.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &corto);
+    const auto resumen = Extraccion::mensajes(desde, a);
+    setrlimit(RLIMIT_FSIZE, &antes);
+    QCOMPARE(resumen, u"Mensajes: 1 en 1 conversaciones (carpeta Mensajes)"_s);
+    QCOMPARE(hecho(u"Mensajes/larga.txt"_s), "lo de antes");
+    QCOMPARE(QDir(a).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot), QStringList{u"Mensajes"_s});
+}
+
+void PruebaExtractores::noQuedanCopiasPrivadas()
+{
+    mensajes();
+    QDir copias(QDir::tempPath() + u"/vellora-bd"_s);
+    QVERIFY(copias.exists());
+    QVERIFY(copias.entryList(QDir::Files | QDir::Hidden).isEmpty());
+    // One that a killed run left behind is cleared away, one that is in use is not.
+    for (const auto &[nombre, horas] : {std::pair(u"vieja"_s, 2), std::pair(u"nueva"_s, 0)}) {
+        QVERIFY(escribirFichero(copias.filePath(nombre), "x"));
+        QFile fichero(copias.filePath(nombre));
+        QVERIFY(fichero.open(QIODevice::ReadWrite) &&
+                fichero.setFileTime(QDateTime::currentDateTime().addSecs(-3600 * horas), QFile::FileModificationTime));
+    }
+    Extraccion::todo(desde, a);
+    QCOMPARE(copias.entryList(QDir::Files), QStringList{u"nueva"_s});
+    QCOMPARE(QFileInfo(copias.path()).permissions() & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
+}
+
+QTEST_GUILESS_MAIN(PruebaExtractores)
+#include "PruebaExtractores.moc"
