@@ -93,7 +93,8 @@ int mkdirat(int carpeta, const char *nombre, mode_t modo)
 
 ssize_t write(int descriptor, const void *bytes, size_t cuantos)
 {
-    paso();
+    if (descriptor > STDERR_FILENO) // what is said differs from run to run, and is not kept
+        paso();
     static auto *const suya = verdadera<ssize_t(int, const void *, size_t)>("write");
     return suya(descriptor, bytes, cuantos);
 }

@@ -1,6 +1,7 @@
 #include "core/FicheroDelDiario.h"
 #include "support/TelefonoSimulado.h"
 
+#include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
 #include <QJsonArray>
@@ -41,10 +42,14 @@ QList<Actividad> diario()
     return leerDiario(Diario::ficheroPorDefecto());
 }
 
-/// The files of a backup by name and content; those that hold the moment of the run by name only.
+/// The files of a backup by name and content; those that hold the moment of the run, and the keychain, which the phone
+/// seals anew each time, by name only.
 QMap<QString, QByteArray> contenidoDe(const QString &copia)
 {
     auto ficheros = arbol(copia);
+    const auto llavero =
+        QCryptographicHash::hash("KeychainDomain-keychain-backup.plist", QCryptographicHash::Sha1).toHex();
+    ficheros.insert(QString::fromLatin1(llavero.left(2) + '/' + llavero), {});
     for (const auto &nombre : {u"Info.plist"_s, u"Status.plist"_s, u"Manifest.plist"_s, u"Manifest.db"_s}) {
         if (ficheros.contains(nombre))
             ficheros[nombre].clear();

@@ -20,7 +20,6 @@ TrabajoSinVentana::TrabajoSinVentana(const OpcionesDeOrden &pedidas, Trabajo suT
 {
     connect(&modelo, &Modelo::refrescado, this, &TrabajoSinVentana::elegir);
     connect(&modelo.tarea(), &Tarea::cambio, this, &TrabajoSinVentana::pintarAvance);
-    connect(&modelo.tarea(), &Tarea::acabada, this, &TrabajoSinVentana::terminar);
     connect(&cancelacion, &Cancelacion::pedida, this, &TrabajoSinVentana::cancelar);
 }
 
@@ -53,8 +52,10 @@ void TrabajoSinVentana::elegir()
     trabajo.empezar(modelo, udid);
     for (const auto &linea : modelo.tarea().registro())
         Consola::palabras(linea);
+    // Refused, or over before it could begin.
     if (!modelo.tarea().enMarcha())
         return terminar(false);
+    connect(&modelo.tarea(), &Tarea::acabada, this, &TrabajoSinVentana::terminar);
     connect(&modelo.tarea(), &Tarea::registroCambio, this, &TrabajoSinVentana::contar);
 }
 
