@@ -65,9 +65,9 @@ QString generarContenido(const QString &carpetaDelTelefono, const OpcionesConten
         return u"No se pudo crear la carpeta %1"_s.arg(c.raiz);
     c.gente = inventaGente(opciones);
     planeaCarrete(c);
-    for (const auto hacer :
-         {ponDatosDelTelefono, ponAplicaciones, ponCarrete, ponFotosSqlite, ponMensajes, ponWhatsApp, ponLlamadas,
-          ponBuzon, ponNotas, ponCalendario, ponSafari, ponSalud, ponAgenda, ponGrabadora, ponUsoDeRed, ponAjustes, ponClaves})
+    for (const auto hacer : {ponDatosDelTelefono, ponAplicaciones, ponCarrete, ponFotosSqlite, ponMensajes, ponWhatsApp,
+                             ponLlamadas, ponBuzon, ponNotas, ponCalendario, ponSafari, ponSalud, ponAgenda,
+                             ponGrabadora, ponUsoDeRed, ponAjustes, ponClaves})
         hacer(c);
     if (!c.fallos.isEmpty()) {
         QDir(c.raiz).removeRecursively();

@@ -90,7 +90,7 @@ std::optional<QString> faltaDeSitio(const Plan &plan, std::optional<qint64> libr
 
 int extraer(const QStringList &argumentos, Avisos &avisar)
 {
-    const auto udid = argumentos[0];
+    const auto &udid = argumentos[0];
     const auto deTrabajo = CarpetaDeDestino::abrir(argumentos[2]);
     if (!deTrabajo)
         return avisar.error(deTrabajo.motivo());

@@ -16,7 +16,7 @@ namespace vellora
 
 QString Contacto::comoSeLlama() const
 {
-    const auto entero = (nombre + u' ' + apellidos).trimmed();
+    auto entero = (nombre + u' ' + apellidos).trimmed();
     if (!entero.isEmpty())
         return entero;
     return empresa.isEmpty() ? u"Sin nombre"_s : empresa;

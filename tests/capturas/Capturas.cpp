@@ -57,9 +57,10 @@ private:
     TelefonoSimulado telefono;
     Apariencia apariencia;
     Modelo modelo;
-    // As in the program: there is no store of passwords to ask.
-    Copias copias{modelo, [](const QString &) {
-                      return std::nullopt;
+    /// As without a store of passwords, until a picture needs one.
+    std::optional<bool> hayClave;
+    Copias copias{modelo, [this](const QString &) {
+                      return hayClave;
                   }};
     std::unique_ptr<QQmlApplicationEngine> motor;
     QQuickWindow *ventana = nullptr;
@@ -135,6 +136,18 @@ void Sesion::recienConectado()
     foto(u"resumen"_s, {960, 1280, 1920});
     tecla(Qt::Key_4, Qt::ControlModifier);
     foto(u"copias"_s, {960, 1280, 1920});
+    hayClave = false;
+    modelo.cambioDeSesion();
+    foto(u"copias-sin-clave"_s, {1280});
+    pulsa(u"Hacer la copia ahora"_s);
+    foto(u"copia-cifrada"_s);
+    Manos::escribir(*ventana, u"rosquillas"_s);
+    tecla(Qt::Key_Return);
+    Manos::escribir(*ventana, u"rosquillas"_s);
+    foto(u"copia-cifrada-lista"_s);
+    tecla(Qt::Key_Escape);
+    hayClave.reset();
+    modelo.cambioDeSesion();
     pulsa(u"Avisos. 0 en marcha, 0 con problemas"_s);
     foto(u"avisos-vacio"_s);
     tecla(Qt::Key_Escape);

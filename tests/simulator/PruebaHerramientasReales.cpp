@@ -102,7 +102,13 @@ void PruebaHerramientasReales::devolver()
     const auto casa = telefono->contenido(telefono->udid());
     const auto devueltos = arbol(casa + u"/restaurado/HomeDomain"_s);
     QVERIFY(devueltos.size() > 5);
-    QCOMPARE(devueltos, arbol(casa + u"/dominios/HomeDomain"_s));
+    auto enElTelefono = arbol(casa + u"/dominios/HomeDomain"_s);
+    // Without encryption, the phone keeps these to itself.
+    QVERIFY(enElTelefono.removeIf([](const auto &uno) {
+        return uno.key().startsWith(u"Library/CallHistoryDB/"_s) ||
+               uno.key().startsWith(u"Library/Safari/History.db"_s);
+    }) > 0);
+    QCOMPARE(devueltos, enElTelefono);
 }
 
 void PruebaHerramientasReales::pymobiledevice()

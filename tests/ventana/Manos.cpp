@@ -28,7 +28,10 @@ void recorrer(QAccessibleInterface *cosa, const std::function<void(QAccessibleIn
 QString nombreDe(QQuickItem *item)
 {
     auto *cosa = item ? QAccessible::queryAccessibleInterface(item) : nullptr;
-    return cosa ? cosa->text(QAccessible::Name) : QString();
+    if (cosa == nullptr)
+        return {};
+    const auto nombre = cosa->text(QAccessible::Name);
+    return nombre.isEmpty() ? cosa->text(QAccessible::Description) : nombre; // Qt hides a password field's name
 }
 
 void recorrerVentana(QQuickWindow &ventana, const std::function<void(QAccessibleInterface &)> &visita)
@@ -71,6 +74,12 @@ QStringList nombres(QQuickWindow &ventana)
 bool seLee(QQuickWindow &ventana, const QString &texto)
 {
     return nombres(ventana).contains(texto);
+}
+
+void escribir(QQuickWindow &ventana, const QString &texto)
+{
+    for (const auto letra : texto)
+        QTest::keyClick(&ventana, letra.toLatin1());
 }
 
 QStringList paradasDelTabulador(QQuickWindow &ventana)

@@ -18,6 +18,8 @@ bool pulsar(QQuickWindow &ventana, const QString &nombre);
 /// Accessible names of all that can be seen, in the order of the window.
 QStringList nombres(QQuickWindow &ventana);
 bool seLee(QQuickWindow &ventana, const QString &texto);
+/// Letter by letter, to what has the focus.
+void escribir(QQuickWindow &ventana, const QString &texto);
 
 /// Tabs from where the focus is until it comes round, at most 60 times; the accessible name of each stop.
 QStringList paradasDelTabulador(QQuickWindow &ventana);

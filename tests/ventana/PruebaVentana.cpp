@@ -28,6 +28,7 @@ private slots:
     void seccionesPorTeclado();
     void tabuladorPorLaVentana();
     void bienvenidaPorTeclado();
+    void claveDeCifrado();
     void campana();
     void tiraDeUnTrabajo();
     void eligeEntreDosIPhones();
@@ -44,6 +45,7 @@ private:
     std::unique_ptr<Apariencia> apariencia;
     std::unique_ptr<Modelo> modelo;
     std::unique_ptr<Copias> copias;
+    bool hayClave = true;
     std::unique_ptr<QQmlApplicationEngine> motor;
     QQuickWindow *ventana = nullptr;
 };
@@ -81,7 +83,7 @@ void PruebaVentana::init()
     Preferencias::ponLista(u"iPhonesConocidos"_s, {});
     apariencia = std::make_unique<Apariencia>();
     modelo = std::make_unique<Modelo>();
-    copias = std::make_unique<Copias>(*modelo, [](const QString &) { return true; });
+    copias = std::make_unique<Copias>(*modelo, [this](const QString &) { return hayClave; });
     QSignalSpy primera(modelo.get(), &Modelo::refrescado);
     QVERIFY(primera.wait(20000)); // what it found is replaced by what each test connects
 }
@@ -193,6 +195,62 @@ void PruebaVentana::bienvenidaPorTeclado()
     QVERIFY(!seLee(saludo));
     QVERIFY(modelo->esConocido(marta.id));
     QVERIFY(!modelo->tarea().enMarcha());
+}
+
+void PruebaVentana::claveDeCifrado()
+{
+    const auto activar = u"Activar y hacer la copia"_s;
+    modelo->marcarConocido(marta.id);
+    hayClave = false;
+    abrir();
+    conectar({marta});
+    tecla(Qt::Key_4, Qt::ControlModifier);
+    QCOMPARE(copias->pieDeHacerCopia(), u"Te pediré una contraseña"_s);
+    QVERIFY(Manos::pulsar(*ventana, u"Hacer la copia ahora"_s));
+    QVERIFY(seLee(u"Copia cifrada"_s));
+    QVERIFY(seLee(u"El iPhone te pedirá confirmarlo en su pantalla."_s));
+    QCOMPARE(Manos::nombreDelFoco(*ventana), u"Contraseña (mínimo 6 caracteres)"_s);
+
+    const auto escribir = [this](const QString &una, const QString &otra) {
+        copias->setProperty("clave", una);
+        copias->setProperty("claveRepetida", otra);
+        return copias->claveVale();
+    };
+    QVERIFY(!escribir(u"ñandú"_s, u"ñandú"_s));
+    QVERIFY(!escribir(u"secreta"_s, u"secretA"_s));
+    QVERIFY(escribir(u"ñandús"_s, u"ñandús"_s));
+    QVERIFY(escribir(u"      "_s, u"      "_s));
+    QVERIFY(!escribir(u"n\u0303andu"_s, u"n\u0303andu"_s)); // five, as a person counts
+    QVERIFY(!escribir(u"👨‍👩‍👧‍👦1234"_s, u"👨‍👩‍👧‍👦1234"_s));
+    QVERIFY(!escribir({}, {}));
+    QVERIFY(!Manos::control(*ventana, activar));
+
+    // By keyboard, as one types it.
+    Manos::escribir(*ventana, u"abc123"_s);
+    tecla(Qt::Key_Return);
+    QCOMPARE(Manos::nombreDelFoco(*ventana), u"Repítela"_s);
+    Manos::escribir(*ventana, u"abc12"_s);
+    tecla(Qt::Key_Return);
+    QVERIFY(copias->pidiendoClave());
+    Manos::escribir(*ventana, u"3"_s);
+    QVERIFY(Manos::control(*ventana, activar));
+    for (const auto &nombre : Manos::nombres(*ventana))
+        QVERIFY2(!nombre.contains(u"abc123"_s), qPrintable(nombre));
+
+    tecla(Qt::Key_Escape);
+    QVERIFY(!seLee(u"Copia cifrada"_s));
+    QVERIFY(copias->property("clave").toString().isEmpty() && copias->property("claveRepetida").toString().isEmpty());
+    QVERIFY(!modelo->tarea().enMarcha());
+    QVERIFY(Manos::pulsar(*ventana, u"Hacer la copia ahora"_s));
+    QVERIFY(!copias->claveVale());
+
+    // Unplugged meanwhile: the answer only closes the question.
+    QVERIFY(escribir(u"secreta"_s, u"secreta"_s));
+    conectar({});
+    copias->resolverClave(true);
+    QVERIFY(!copias->pidiendoClave() && !modelo->tarea().enMarcha());
+    QVERIFY(copias->property("clave").toString().isEmpty());
+    hayClave = true;
 }
 
 void PruebaVentana::campana()

@@ -71,14 +71,14 @@ std::optional<QString> leerLinea()
 std::optional<QString> leerClave()
 {
     if (isatty(STDIN_FILENO) == 0) {
-        const auto clave = leerLinea();
+        auto clave = leerLinea();
         if (!clave)
             Consola::palabras(u"No me ha llegado ninguna contraseña."_s);
         return clave;
     }
     const SinEco callado;
     Consola::palabras(u"Contraseña para las copias (mínimo 6 caracteres; no se ve al escribirla):"_s);
-    const auto clave = leerLinea();
+    auto clave = leerLinea();
     Consola::palabras(u"Repítela:"_s);
     const auto repetida = leerLinea();
     if (!clave || clave != repetida) {

@@ -33,7 +33,7 @@ std::optional<QString> TrabajoSinVentana::elegido()
         Consola::palabras(trabajo.titulo.arg(conectado->nombre));
         return conectado->id;
     }
-    const auto cual = opciones.udid ? opciones.udid : Catalogo::udidDeLaCopia(modelo.carpetaCopias());
+    auto cual = opciones.udid ? opciones.udid : Catalogo::udidDeLaCopia(modelo.carpetaCopias());
     if (trabajo.sinTelefono && cual) {
         Consola::palabras(trabajo.titulo.arg(*cual));
         return cual;

@@ -4,7 +4,6 @@
 #include <QtEndian>
 
 #include <openssl/crypto.h>
-#include <ranges>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -81,10 +80,10 @@ Resultado<BolsaDeClaves> BolsaDeClaves::leer(const QByteArray &bytes)
     bolsa.rondas = static_cast<int>(*rondas);
     bolsa.rondasPrevias = static_cast<int>(*rondasPrevias);
 
-    for (const auto &parte : partes | std::views::drop(1)) {
-        const auto clase = numero(parte.value("CLAS"));
-        if (clase && numero(parte.value("WRAP")) == soloContrasena)
-            bolsa.envueltas[*clase] = parte.value("WPKY");
+    for (auto parte = partes.begin() + 1; parte != partes.end(); ++parte) {
+        const auto clase = numero(parte->value("CLAS"));
+        if (clase && numero(parte->value("WRAP")) == soloContrasena)
+            bolsa.envueltas[*clase] = parte->value("WPKY");
     }
     if (bolsa.envueltas.empty())
         return Resultado<BolsaDeClaves>::fallo(danada);

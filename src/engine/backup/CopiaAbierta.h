@@ -1,9 +1,9 @@
 #pragma once
 
 #include "core/BaseDeDatos.h"
+#include "core/CarpetaDeDestino.h"
 #include "core/Resultado.h"
 #include "engine/backup/BolsaDeClaves.h"
-#include "core/CarpetaDeDestino.h"
 
 #include <QByteArray>
 #include <QString>

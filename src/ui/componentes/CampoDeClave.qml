@@ -18,7 +18,6 @@ FocusScope {
 
         tipo: Texto.Menor
         text: raiz.rotulo
-        Accessible.ignored: true
     }
 
     Rectangle {
@@ -48,7 +47,8 @@ FocusScope {
             selectedTextColor: Tema.sobreAcento
             font.pixelSize: Tema.letra(Texto.Cuerpo)
             Accessible.role: Accessible.EditableText
-            Accessible.name: raiz.rotulo
+            // Qt hides the name of a field for passwords; its description is read in its place.
+            Accessible.description: raiz.rotulo
             Accessible.passwordEdit: true
             onAccepted: raiz.aceptado()
         }
