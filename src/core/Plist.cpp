@@ -28,6 +28,11 @@ NodoPlist NodoPlist::en(quint32 posicion) const
     return NodoPlist(dentro ? plist_array_get_item(nodo, posicion) : nullptr);
 }
 
+quint32 NodoPlist::tamano() const
+{
+    return es(nodo, PLIST_ARRAY) ? plist_array_get_size(nodo) : 0;
+}
+
 std::optional<QString> NodoPlist::texto() const
 {
     if (!es(nodo, PLIST_STRING))

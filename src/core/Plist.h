@@ -19,6 +19,8 @@ public:
 
     NodoPlist operator[](const char *clave) const;
     NodoPlist en(quint32 posicion) const;
+    /// Of a list; 0 for anything else.
+    quint32 tamano() const;
     std::optional<QString> texto() const;
     std::optional<qint64> entero() const;
     std::optional<bool> logico() const;
@@ -34,6 +36,8 @@ private:
 class Plist
 {
 public:
+    /// Takes over what a library made.
+    explicit Plist(plist_t nodo) : arbol(nodo) {}
     /// Absent when the bytes are no property list.
     static std::optional<Plist> interpretar(const QByteArray &bytes);
     /// Absent when the file is missing, unreadable or no property list, or larger than 64 MiB (meant for the small
@@ -41,12 +45,13 @@ public:
     static std::optional<Plist> leer(const QString &fichero);
 
     NodoPlist raiz() const { return NodoPlist(arbol.get()); }
+    /// For functions of a library; stays the property of this object.
+    plist_t nodo() const { return arbol.get(); }
 
 private:
     struct Liberar {
         void operator()(void *nodo) const { plist_free(nodo); }
     };
-    explicit Plist(plist_t nodo) : arbol(nodo) {}
 
     std::unique_ptr<void, Liberar> arbol;
 };

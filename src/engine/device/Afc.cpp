@@ -1,0 +1,239 @@
+#include "engine/device/Afc.h"
+
+#include <QTimeZone>
+
+#include <libimobiledevice/house_arrest.h>
+#include <libimobiledevice/service.h>
+
+using namespace Qt::StringLiterals;
+
+namespace vellora::motor
+{
+
+namespace
+{
+
+// One round trip of the phone carries any block; beyond this nothing is gained.
+constexpr uint32_t bloque = 1024 * 1024;
+
+using Lista = std::unique_ptr<char *, Cierra<afc_dictionary_free>>;
+
+/// An open file of the phone.
+class Abierto
+{
+public:
+    Abierto(afc_client_t elCliente, const QString &ruta, afc_file_mode_t modo)
+        : cliente(elCliente), error(afc_file_open(cliente, ruta.toUtf8().constData(), modo, &asa))
+    {
+    }
+    ~Abierto()
+    {
+        if (error == AFC_E_SUCCESS)
+            afc_file_close(cliente, asa);
+    }
+    Q_DISABLE_COPY_MOVE(Abierto)
+
+    afc_error_t fallo() const { return error; }
+    uint64_t numero() const { return asa; }
+
+private:
+    afc_client_t cliente;
+    uint64_t asa = 0;
+    afc_error_t error;
+};
+
+QDateTime momento(const QByteArray &nanosegundos)
+{
+    constexpr qint64 enUnMilisegundo = 1'000'000;
+    bool bien = false;
+    const auto valor = nanosegundos.toLongLong(&bien);
+    return bien ? QDateTime::fromMSecsSinceEpoch(valor / enUnMilisegundo, QTimeZone::utc()) : QDateTime();
+}
+
+FichaAfc::Tipo tipoDe(const QByteArray &formato)
+{
+    if (formato == "S_IFREG")
+        return FichaAfc::Tipo::Fichero;
+    if (formato == "S_IFDIR")
+        return FichaAfc::Tipo::Carpeta;
+    return formato == "S_IFLNK" ? FichaAfc::Tipo::Enlace : FichaAfc::Tipo::Otro;
+}
+
+/// Waits until the phone says that the reports are where they can be read.
+bool trasladarInformes(const Telefono &telefono)
+{
+    const auto mudanza =
+        telefono.abrir<service_client_private, service_client_new, service_client_free>("com.apple.crashreportmover");
+    if (!mudanza)
+        return false;
+    constexpr uint32_t largo = 4; // "ping"
+    char palabra[largo + 1] = {};
+    uint32_t recibidos = 0;
+    return service_receive(mudanza->get(), palabra, largo, &recibidos) == SERVICE_E_SUCCESS &&
+           QByteArrayView(palabra) == "ping";
+}
+
+} // namespace
+
+Resultado<Afc> Afc::abrir(const Telefono &telefono, const char *servicio)
+{
+    auto cliente = telefono.abrir<afc_client_private, afc_client_new, afc_client_free>(servicio);
+    if (!cliente)
+        return Resultado<Afc>::fallo(cliente.motivo());
+    return Afc(*std::move(cliente));
+}
+
+Resultado<Afc> Afc::abrir(const Telefono &telefono)
+{
+    return abrir(telefono, "com.apple.afc");
+}
+
+Resultado<Afc> Afc::informesDeFallos(const Telefono &telefono)
+{
+    if (!trasladarInformes(telefono))
+        return Resultado<Afc>::fallo(u"El iPhone no ha preparado sus informes de fallos. Vuelve a intentarlo."_s);
+    return abrir(telefono, "com.apple.crashreportcopymobile");
+}
+
+Resultado<Afc> Afc::documentosDe(const Telefono &telefono, const QString &app)
+{
+    auto casa = telefono.abrir<house_arrest_client_private, house_arrest_client_new, house_arrest_client_free>(
+        "com.apple.mobile.house_arrest");
+    if (!casa)
+        return Resultado<Afc>::fallo(casa.motivo());
+    plist_t respuesta = nullptr;
+    if (house_arrest_send_command(casa->get(), "VendDocuments", app.toUtf8().constData()) != HOUSE_ARREST_E_SUCCESS ||
+        house_arrest_get_result(casa->get(), &respuesta) != HOUSE_ARREST_E_SUCCESS)
+        return Resultado<Afc>::fallo(Telefono::sinRespuesta("house_arrest"));
+    if (Plist(respuesta).raiz()["Status"].texto() != u"Complete"_s)
+        return Resultado<Afc>::fallo(u"Esa app no está en el iPhone o no comparte sus documentos."_s);
+    afc_client_t cliente = nullptr;
+    if (afc_client_new_from_house_arrest_client(casa->get(), &cliente) != AFC_E_SUCCESS)
+        return Resultado<Afc>::fallo(Telefono::sinRespuesta("house_arrest"));
+    return Afc(Cliente(cliente), Casa(casa->release(), Cierra<house_arrest_client_free>()));
+}
+
+QString Afc::motivoDe(afc_error_t error, const QString &ruta)
+{
+    switch (error) {
+    case AFC_E_OBJECT_NOT_FOUND:
+        return u"No está en el iPhone: "_s + ruta;
+    case AFC_E_PERM_DENIED:
+        return u"El iPhone no deja tocarlo: "_s + ruta;
+    case AFC_E_NO_SPACE_LEFT:
+        return u"El iPhone no tiene sitio."_s;
+    case AFC_E_DIR_NOT_EMPTY:
+        return u"La carpeta no está vacía: "_s + ruta;
+    case AFC_E_MUX_ERROR:
+    case AFC_E_NOT_ENOUGH_DATA:
+    case AFC_E_OP_TIMEOUT:
+    case AFC_E_SERVICE_NOT_CONNECTED:
+        sinTelefono = true;
+        return u"El iPhone ha dejado de responder. Mira el cable y vuelve a intentarlo."_s;
+    default:
+        return u"El iPhone no ha podido con %1 (AFC, %2)."_s.arg(ruta).arg(error);
+    }
+}
+
+std::optional<QString> Afc::hecho(afc_error_t error, const QString &ruta)
+{
+    return error == AFC_E_SUCCESS ? std::nullopt : std::optional(motivoDe(error, ruta));
+}
+
+Resultado<QStringList> Afc::listar(const QString &carpeta)
+{
+    char **bruta = nullptr;
+    const auto error = afc_read_directory(cliente.get(), carpeta.toUtf8().constData(), &bruta);
+    const Lista lista(bruta);
+    if (error != AFC_E_SUCCESS)
+        return Resultado<QStringList>::fallo(motivoDe(error, carpeta));
+    QStringList nombres;
+    for (auto *nombre = bruta; nombre != nullptr && *nombre != nullptr; ++nombre) {
+        if (qstrcmp(*nombre, ".") != 0 && qstrcmp(*nombre, "..") != 0)
+            nombres << QString::fromUtf8(*nombre);
+    }
+    return nombres;
+}
+
+Resultado<FichaAfc> Afc::ficha(const QString &ruta)
+{
+    char **bruta = nullptr;
+    const auto error = afc_get_file_info(cliente.get(), ruta.toUtf8().constData(), &bruta);
+    const Lista lista(bruta);
+    if (error != AFC_E_SUCCESS)
+        return Resultado<FichaAfc>::fallo(motivoDe(error, ruta));
+    FichaAfc ficha;
+    // Keys and values by turns.
+    for (auto *clave = bruta; clave != nullptr && clave[0] != nullptr && clave[1] != nullptr; clave += 2) {
+        const QByteArray valor(clave[1]);
+        if (qstrcmp(*clave, "st_ifmt") == 0)
+            ficha.tipo = tipoDe(valor);
+        else if (qstrcmp(*clave, "st_size") == 0)
+            ficha.tamano = valor.toLongLong();
+        else if (qstrcmp(*clave, "st_birthtime") == 0)
+            ficha.creado = momento(valor);
+        else if (qstrcmp(*clave, "st_mtime") == 0)
+            ficha.modificado = momento(valor);
+    }
+    return ficha;
+}
+
+Resultado<qint64> Afc::leer(const QString &ruta, const std::function<bool(QByteArrayView)> &recibe)
+{
+    const Abierto fichero(cliente.get(), ruta, AFC_FOPEN_RDONLY);
+    if (fichero.fallo() != AFC_E_SUCCESS)
+        return Resultado<qint64>::fallo(motivoDe(fichero.fallo(), ruta));
+    QByteArray trozo(bloque, Qt::Uninitialized);
+    qint64 total = 0;
+    while (true) {
+        uint32_t leidos = 0;
+        const auto error = afc_file_read(cliente.get(), fichero.numero(), trozo.data(), bloque, &leidos);
+        if (error != AFC_E_SUCCESS && error != AFC_E_END_OF_DATA)
+            return Resultado<qint64>::fallo(motivoDe(error, ruta));
+        if (leidos == 0)
+            return total;
+        total += leidos;
+        if (!recibe(QByteArrayView(trozo.constData(), leidos)))
+            return total;
+    }
+}
+
+Resultado<qint64> Afc::escribir(const QString &ruta, const std::function<QByteArray()> &da)
+{
+    const Abierto fichero(cliente.get(), ruta, AFC_FOPEN_WRONLY);
+    if (fichero.fallo() != AFC_E_SUCCESS)
+        return Resultado<qint64>::fallo(motivoDe(fichero.fallo(), ruta));
+    qint64 total = 0;
+    for (auto trozo = da(); !trozo.isEmpty(); trozo = da()) {
+        uint32_t escritos = 0;
+        const auto largo = static_cast<uint32_t>(trozo.size());
+        const auto error = afc_file_write(cliente.get(), fichero.numero(), trozo.constData(), largo, &escritos);
+        // The count means nothing after a failure.
+        if (error != AFC_E_SUCCESS || escritos != largo)
+            return Resultado<qint64>::fallo(motivoDe(error == AFC_E_SUCCESS ? AFC_E_IO_ERROR : error, ruta));
+        total += trozo.size();
+    }
+    return total;
+}
+
+std::optional<QString> Afc::crearCarpeta(const QString &ruta)
+{
+    return hecho(afc_make_directory(cliente.get(), ruta.toUtf8().constData()), ruta);
+}
+
+std::optional<QString> Afc::renombrar(const QString &desde, const QString &a)
+{
+    return hecho(afc_rename_path(cliente.get(), desde.toUtf8().constData(), a.toUtf8().constData()), desde);
+}
+
+std::optional<QString> Afc::borrar(const QString &ruta)
+{
+    return hecho(afc_remove_path(cliente.get(), ruta.toUtf8().constData()), ruta);
+}
+
+std::optional<QString> Afc::borrarConLoDeDentro(const QString &ruta)
+{
+    return hecho(afc_remove_path_and_contents(cliente.get(), ruta.toUtf8().constData()), ruta);
+}
+
+} // namespace vellora::motor

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "engine/device/Telefono.h"
+
+#include <QDateTime>
+#include <QStringList>
+
+#include <functional>
+#include <libimobiledevice/afc.h>
+
+namespace vellora::motor
+{
+
+/// What the phone tells of a file. Times are the phone's, in UTC, to the nanosecond cut to milliseconds.
+struct FichaAfc {
+    enum class Tipo { Fichero, Carpeta, Enlace, Otro };
+    Tipo tipo = Tipo::Otro;
+    qint64 tamano = 0;
+    QDateTime creado;
+    QDateTime modificado;
+};
+
+/// Files of the phone, over its file service (AFC): those of the camera roll, of an app, or the crash reports. Paths
+/// begin with "/" and are the phone's; what it answers may be any name, a hostile one too. One thread.
+class Afc
+{
+public:
+    /// The camera roll and what is around it (`/DCIM`, `/PhotoData`).
+    static Resultado<Afc> abrir(const Telefono &telefono);
+    /// The folder `/Documents` of an app that shares it.
+    static Resultado<Afc> documentosDe(const Telefono &telefono, const QString &app);
+    /// The crash reports, once the phone has put them in their place.
+    static Resultado<Afc> informesDeFallos(const Telefono &telefono);
+
+    /// Names in a folder, without "." and "..", in the phone's order.
+    Resultado<QStringList> listar(const QString &carpeta);
+    Resultado<FichaAfc> ficha(const QString &ruta);
+    /// Gives the file in pieces of at most 1 MiB until its end, or until `recibe` answers false. The bytes given.
+    Resultado<qint64> leer(const QString &ruta, const std::function<bool(QByteArrayView)> &recibe);
+    /// Writes a file anew with the pieces that `da` answers, until an empty one. The bytes written. After a failure
+    /// what was written stays in the phone.
+    Resultado<qint64> escribir(const QString &ruta, const std::function<QByteArray()> &da);
+    // These four give why it could not be done; absent when it is.
+    std::optional<QString> crearCarpeta(const QString &ruta);
+    std::optional<QString> renombrar(const QString &desde, const QString &a);
+    /// A file, or an empty folder.
+    std::optional<QString> borrar(const QString &ruta);
+    std::optional<QString> borrarConLoDeDentro(const QString &ruta);
+
+    /// The phone is gone: nothing more can be asked of it.
+    bool perdido() const { return sinTelefono; }
+
+private:
+    using Cliente = std::unique_ptr<afc_client_private, Cierra<afc_client_free>>;
+    // House arrest lends its connection and frees it; after the file service that goes over it.
+    using Casa = std::shared_ptr<void>;
+    explicit Afc(Cliente elCliente, Casa laCasa = {}) : casa(std::move(laCasa)), cliente(std::move(elCliente)) {}
+    static Resultado<Afc> abrir(const Telefono &telefono, const char *servicio);
+    QString motivoDe(afc_error_t error, const QString &ruta);
+    std::optional<QString> hecho(afc_error_t error, const QString &ruta);
+
+    Casa casa;
+    Cliente cliente;
+    bool sinTelefono = false;
+};
+
+} // namespace vellora::motor
