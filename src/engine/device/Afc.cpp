@@ -2,6 +2,7 @@
 
 #include <QTimeZone>
 
+#include <algorithm>
 #include <libimobiledevice/house_arrest.h>
 #include <libimobiledevice/service.h>
 
@@ -14,7 +15,7 @@ namespace
 {
 
 // One round trip of the phone carries any block; beyond this nothing is gained.
-constexpr uint32_t bloque = 1024 * 1024;
+constexpr qint64 bloque = 1024LL * 1024;
 
 using Lista = std::unique_ptr<char *, Cierra<afc_dictionary_free>>;
 
@@ -140,11 +141,21 @@ std::optional<QString> Afc::hecho(afc_error_t error, const QString &ruta)
     return error == AFC_E_SUCCESS ? std::nullopt : std::optional(motivoDe(error, ruta));
 }
 
+afc_error_t Afc::confirmar()
+{
+    char **bruta = nullptr;
+    const auto error = afc_get_file_info(cliente.get(), "/", &bruta);
+    const Lista lista(bruta);
+    return error;
+}
+
 Resultado<QStringList> Afc::listar(const QString &carpeta)
 {
     char **bruta = nullptr;
-    const auto error = afc_read_directory(cliente.get(), carpeta.toUtf8().constData(), &bruta);
+    auto error = afc_read_directory(cliente.get(), carpeta.toUtf8().constData(), &bruta);
     const Lista lista(bruta);
+    if (error == AFC_E_SUCCESS)
+        error = confirmar();
     if (error != AFC_E_SUCCESS)
         return Resultado<QStringList>::fallo(motivoDe(error, carpeta));
     QStringList nombres;
@@ -183,19 +194,27 @@ Resultado<qint64> Afc::leer(const QString &ruta, const std::function<bool(QByteA
     const Abierto fichero(cliente.get(), ruta, AFC_FOPEN_RDONLY);
     if (fichero.fallo() != AFC_E_SUCCESS)
         return Resultado<qint64>::fallo(motivoDe(fichero.fallo(), ruta));
-    QByteArray trozo(bloque, Qt::Uninitialized);
+    const auto datos = ficha(ruta);
+    if (!datos)
+        return Resultado<qint64>::fallo(datos.motivo());
+    // Never more than there is: of an answer cut short, the library copies as much as was asked for, out of a block as
+    // long as the answer.
+    QByteArray trozo(std::min(bloque, datos->tamano), Qt::Uninitialized);
     qint64 total = 0;
-    while (true) {
+    while (total < datos->tamano) {
+        const auto pedidos = static_cast<uint32_t>(std::min(bloque, datos->tamano - total));
         uint32_t leidos = 0;
-        const auto error = afc_file_read(cliente.get(), fichero.numero(), trozo.data(), bloque, &leidos);
+        const auto error = afc_file_read(cliente.get(), fichero.numero(), trozo.data(), pedidos, &leidos);
         if (error != AFC_E_SUCCESS && error != AFC_E_END_OF_DATA)
             return Resultado<qint64>::fallo(motivoDe(error, ruta));
         if (leidos == 0)
-            return total;
+            return Resultado<qint64>::fallo(u"Ha cambiado mientras se leía: "_s + ruta);
         total += leidos;
         if (!recibe(QByteArrayView(trozo.constData(), leidos)))
-            return total;
+            break;
     }
+    const auto error = confirmar();
+    return error == AFC_E_SUCCESS ? Resultado(total) : Resultado<qint64>::fallo(motivoDe(error, ruta));
 }
 
 Resultado<qint64> Afc::escribir(const QString &ruta, const std::function<QByteArray()> &da)

@@ -35,7 +35,9 @@ public:
     /// Names in a folder, without "." and "..", in the phone's order.
     Resultado<QStringList> listar(const QString &carpeta);
     Resultado<FichaAfc> ficha(const QString &ruta);
-    /// Gives the file in pieces of at most 1 MiB until its end, or until `recibe` answers false. The bytes given.
+    /// Gives the file in pieces of at most 1 MiB until the end that it had at the beginning, or until `recibe` answers
+    /// false. The bytes given. What was given is the file only when this succeeds: libimobiledevice 1.3.0 takes a cable
+    /// pulled out inside an answer for the answer, so that the phone is asked once more at the end.
     Resultado<qint64> leer(const QString &ruta, const std::function<bool(QByteArrayView)> &recibe);
     /// Writes a file anew with the pieces that `da` answers, until an empty one. The bytes written. After a failure
     /// what was written stays in the phone.
@@ -58,6 +60,8 @@ private:
     static Resultado<Afc> abrir(const Telefono &telefono, const char *servicio);
     QString motivoDe(afc_error_t error, const QString &ruta);
     std::optional<QString> hecho(afc_error_t error, const QString &ruta);
+    /// Whether the phone still answers, after an answer whose end only its next one proves.
+    afc_error_t confirmar();
 
     Casa casa;
     Cliente cliente;
