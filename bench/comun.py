@@ -68,6 +68,25 @@ def busca(arbol, nombre):
     sys.exit(f"no está construido: {nombre}")
 
 
+def telefono_en_disco(arbol, raiz):
+    """The contents of a small phone, made anew."""
+    carpeta = pathlib.Path(raiz) / "telefono"
+    orden = [str(busca(arbol, "phone-contents-generator")), "--carpeta", str(carpeta), "--tamano", "minimo"]
+    subprocess.run(orden, stdout=subprocess.DEVNULL, check=True)
+    return carpeta
+
+
+def copia_simulada(arbol, raiz, nombre, *opciones):
+    """A backup of the phone of `raiz`, as the phone leaves it; of a small one when there is none yet."""
+    telefono = pathlib.Path(raiz) / "telefono"
+    if not telefono.exists():
+        telefono_en_disco(arbol, raiz)
+    copia = pathlib.Path(raiz) / nombre
+    orden = [str(busca(arbol, "copia-simulada")), "--telefono", str(telefono), "--copia", str(copia), *opciones]
+    subprocess.run(orden, stdout=subprocess.DEVNULL, check=True)
+    return copia
+
+
 def vellora(arbol):
     return pathlib.Path(arbol) / "Vellora.app/Contents/MacOS/vellora"
 
