@@ -72,11 +72,12 @@ bool EscritorDeTexto::cerrar()
     return colocado;
 }
 
-QByteArray textoLimpio(QByteArrayView bytes)
+void ponerTextoLimpio(QByteArray &a, QByteArrayView bytes)
 {
     if (QUtf8StringView(bytes).isValidUtf8() && !bytes.contains('\0'))
-        return bytes.toByteArray();
-    return QString::fromUtf8(bytes).replace(QChar::Null, QChar::ReplacementCharacter).toUtf8();
+        a += bytes;
+    else
+        a += QString::fromUtf8(bytes).replace(QChar::Null, QChar::ReplacementCharacter).toUtf8();
 }
 
 } // namespace vellora

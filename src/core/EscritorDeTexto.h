@@ -41,7 +41,8 @@ private:
     bool colocado = false;
 };
 
-/// Text of the phone as it may stand in a file: bytes that are no UTF-8, and zeros, become the replacement character.
-QByteArray textoLimpio(QByteArrayView bytes);
+/// Adds text of the phone as it may stand in a file: bytes that are no UTF-8, and zeros, become the replacement
+/// character.
+void ponerTextoLimpio(QByteArray &a, QByteArrayView bytes);
 
 } // namespace vellora

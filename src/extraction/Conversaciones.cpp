@@ -31,13 +31,15 @@ Grupos::Total escribirConversaciones(const BaseDelTelefono &base, const char *co
 {
     Grupos grupos(carpeta, relativa);
     QByteArray linea;
+    QByteArray otro;
     base.porCadaFila(consulta, orden, [&](const Fila &fila) {
-        const auto otro = textoLimpio(fila.utf8(0));
+        otro.resize(0);
+        ponerTextoLimpio(otro, fila.utf8(0));
         linea.resize(0);
         linea += '[';
         ponerFecha(linea, fila, 1);
         linea += "] ";
-        linea += fila.utf8(2) == QByteArrayView("1") ? QByteArray("YO") : otro;
+        linea += fila.utf8(2) == QByteArrayView("1") ? QByteArrayView("YO") : QByteArrayView(otro);
         linea += ": ";
         const auto antes = linea.size();
         ponerTexto(linea, fila, 3);

@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QUuid>
 
+#include <algorithm>
 #include <cmath>
 #include <ctime>
 #include <sys/stat.h>
@@ -81,7 +82,12 @@ void ponerMomento(QByteArray &linea, double valor)
     linea += '/';
     dosCifras(linea, partes.tm_mon + 1);
     linea += '/';
-    linea += QByteArray::number(partes.tm_year + 1900).rightJustified(4, '0');
+    const int ano = partes.tm_year + 1900;
+    if (ano > 9999)
+        linea += QByteArray::number(ano / 100);
+    else
+        dosCifras(linea, ano / 100);
+    dosCifras(linea, ano);
     linea += ' ';
     dosCifras(linea, partes.tm_hour);
     linea += ':';
@@ -173,12 +179,15 @@ void ponerFecha(QByteArray &linea, const Fila &fila, int columna)
 
 void ponerTexto(QByteArray &linea, const Fila &fila, int columna)
 {
-    linea += textoLimpio(fila.utf8(columna));
+    ponerTextoLimpio(linea, fila.utf8(columna));
 }
 
 void ponerCampo(QByteArray &linea, const Fila &fila, int columna)
 {
-    linea += textoLimpio(fila.utf8(columna)).replace(';', ',').replace('\n', ' ');
+    const auto principio = linea.size();
+    ponerTextoLimpio(linea, fila.utf8(columna));
+    std::replace(linea.begin() + principio, linea.end(), ';', ',');
+    std::replace(linea.begin() + principio, linea.end(), '\n', ' ');
 }
 
 qint64 escribirTabla(const Tabla &tabla, const QString &desde, const QString &a)
