@@ -13,8 +13,9 @@ namespace vellora::motor
 namespace
 {
 
-// Large enough for the calls not to count, small enough to stay in the processor's cache; a multiple of the block.
-constexpr size_t largoDeTramo = 256UL * 1024;
+// Large enough for the calls not to count, small enough to stay in the processor's cache; a multiple of the block. For
+// larger writes Linux looks for large runs of free memory, and a virtual machine waits seconds for those.
+constexpr size_t largoDeTramo = 16UL * 1024;
 
 /// Fills the room as far as the file goes; fewer bytes than asked for mean its end, -1 a failure.
 qint64 leerTramo(int origen, std::vector<unsigned char> &almacen)
