@@ -46,6 +46,9 @@ bool CarpetaDeDestino::esSegura(QByteArrayView relativa)
     if (relativa.size() > largoDeRuta || relativa.contains('\0') || !QUtf8StringView(relativa).isValidUtf8())
         return false;
     const auto partes = relativa.toByteArray().split('/');
+    // A working name that is taken would stop the work.
+    if (partes.first().startsWith(principioDeTrabajo))
+        return false;
     return std::all_of(partes.begin(), partes.end(), [](const QByteArray &parte) {
         return !parte.isEmpty() && parte.size() <= largoDeNombre && parte != "." && parte != "..";
     });

@@ -43,7 +43,7 @@ public:
     static Resultado<CarpetaDeDestino> abrir(const QString &ruta);
 
     /// True for a relative path that stays inside whatever it is joined to, in UTF-8 and no longer than a file system
-    /// takes.
+    /// takes, and that takes no name of a working file.
     static bool esSegura(QByteArrayView relativa);
     /// "WORK FOLDER/.vellora-parcial-N": left over only when the machine or the program was ended, and then written
     /// anew.

@@ -76,6 +76,8 @@ void PruebaDestino::nombresDeFuera_data()
 {
     QTest::addColumn<QByteArray>("relativa");
     QTest::addColumn<bool>("segura");
+    QTest::newRow("a working name") << QByteArray(".vellora-parcial-1/x") << false;
+    QTest::newRow("a working name further in") << QByteArray("a/.vellora-parcial-1") << true;
     QTest::newRow("plain") << QByteArray("WhatsApp/ChatStorage.sqlite") << true;
     QTest::newRow("blanks and letters of all kinds") << QByteArray("a b/ñ 😀 ; | * ? \" <>.txt") << true;
     QTest::newRow("line feed") << QByteArray("a\nb") << true;
