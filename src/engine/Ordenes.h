@@ -20,4 +20,15 @@ bool confirmado();
 /// of the backups or that of one backup. Notices: "total" n, "progreso" hechos copiados, "fin" copiados fallidos bytes.
 int extraer(const QStringList &argumentos, Avisos &avisar);
 
+/// "bateria" UDID: one notice "bateria": ciclos; maxima, disenio, nominal, actual (mAh); temperatura (hundredths of a
+/// degree Celsius); voltaje (mV); minutos_restantes (0 when not known); desconexiones; cargando, enchufado, llena,
+/// critica.
+int bateria(const QStringList &argumentos, Avisos &avisar);
+/// "bateria-historial" UDID FICHERO: adds today's health to the list in the file, a JSON list of fecha (dd/MM/yyyy) and
+/// salud (percent), or replaces that of today. One notice "historial": mediciones, salud, ciclos, desde, salud_inicial.
+int bateriaHistorial(const QStringList &argumentos, Avisos &avisar);
+
+/// "red" UDID: one notice "red": operador, telefono, sim_estado (in words), wifi_on, avion.
+int red(const QStringList &argumentos, Avisos &avisar);
+
 } // namespace vellora::motor

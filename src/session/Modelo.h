@@ -27,6 +27,7 @@ class Modelo : public QObject
     Q_PROPERTY(QString avisoAcceso READ avisoAccesoTexto NOTIFY cambioDeSesion)
     Q_PROPERTY(bool hayIPhoneNuevo READ hayIPhoneNuevo NOTIFY cambioDeSesion)
     Q_PROPERTY(vellora::Dispositivo iPhoneNuevo READ iPhoneNuevoOVacio NOTIFY cambioDeSesion)
+    Q_PROPERTY(QString carpetaBaseEnVista READ carpetaBase NOTIFY cambioDeSesion)
     Q_PROPERTY(vellora::Tarea *tarea READ tareaPuntero CONSTANT)
     Q_PROPERTY(vellora::Diario *diario READ diarioPuntero CONSTANT)
 

@@ -26,6 +26,14 @@ template <typename Clase, typename Cliente> Resultado<Clase> con(Resultado<Clien
     return hacer(*std::move(cliente));
 }
 
+std::optional<Plist> recibido(diagnostics_relay_error_t error, plist_t nodo)
+{
+    if (nodo == nullptr)
+        return {};
+    Plist dado(nodo);
+    return error == DIAGNOSTICS_RELAY_E_SUCCESS ? std::optional(std::move(dado)) : std::nullopt;
+}
+
 std::optional<QByteArray> imagen(bool bien, char *datos, uint64_t largo)
 {
     const std::unique_ptr<char, Cierra<std::free>> duena(datos);
@@ -92,10 +100,14 @@ std::optional<Plist> Diagnostico::registro(const char *entrada) const
 {
     plist_t nodo = nullptr;
     const auto error = diagnostics_relay_query_ioregistry_entry(cliente.get(), entrada, nullptr, &nodo);
-    if (nodo == nullptr)
-        return {};
-    Plist recibido(nodo);
-    return error == DIAGNOSTICS_RELAY_E_SUCCESS ? std::optional(std::move(recibido)) : std::nullopt;
+    return recibido(error, nodo);
+}
+
+std::optional<Plist> Diagnostico::estado(const char *parte) const
+{
+    plist_t nodo = nullptr;
+    const auto error = diagnostics_relay_request_diagnostics(cliente.get(), parte, &nodo);
+    return recibido(error, nodo);
 }
 
 bool Diagnostico::reiniciar() const

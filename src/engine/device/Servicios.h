@@ -52,6 +52,8 @@ public:
     static Resultado<Diagnostico> abrir(const Telefono &telefono);
     /// An entry of the registry by its name (`AppleSmartBattery`); absent when there is none.
     std::optional<Plist> registro(const char *entrada) const;
+    /// What the phone tells of one of its parts (`WiFi`, `GasGauge`); absent where it no longer does.
+    std::optional<Plist> estado(const char *parte) const;
     /// Whether the phone took the order; it disconnects then.
     bool reiniciar() const;
     bool apagar() const;
