@@ -78,7 +78,14 @@ void Copias::pedirCopia()
         emit cambio();
         return;
     }
-    copiaDeSeguridad(tarea, elegido->id, modelo.carpetaCopias());
+    empezar(elegido->id, u"La copia de seguridad de tu iPhone ha terminado."_s);
+}
+
+void Copias::empezar(const QString &udid, const QString &alAcabar)
+{
+    copiaDeSeguridad(modelo.tarea(), udid, modelo.carpetaCopias());
+    if (modelo.tarea().enMarcha())
+        emit copiaEmpezada(alAcabar);
 }
 
 bool Copias::claveVale() const
@@ -98,7 +105,7 @@ void Copias::resolverClave(bool aceptada)
         return;
     activarCifrado(modelo.tarea(), elegido->id, tomada, [yo = QPointer(this), udid = elegido->id](bool activado) {
         if (activado && yo)
-            copiaDeSeguridad(yo->modelo.tarea(), udid, yo->modelo.carpetaCopias());
+            yo->empezar(udid, u"La copia de seguridad cifrada de tu iPhone ha terminado."_s);
     });
 }
 

@@ -56,9 +56,13 @@ public:
 
 signals:
     void cambio();
+    /// A backup that the owner asked for has begun; the text tells of its good end.
+    void copiaEmpezada(const QString &alAcabar);
     void cambioDeClave();
 
 private:
+    void empezar(const QString &udid, const QString &alAcabar);
+
     Modelo &modelo;
     HayClave hayClave;
     bool pidiendoClave_ = false;

@@ -40,4 +40,14 @@ void ponTexto(const QString &clave, const QString &valor)
     ajustes().setValue(clave, valor);
 }
 
+bool logico(const QString &clave, bool porDefecto)
+{
+    return ajustes().value(clave, porDefecto).toString() == "true"_L1;
+}
+
+void ponLogico(const QString &clave, bool valor)
+{
+    ajustes().setValue(clave, valor);
+}
+
 } // namespace vellora::Preferencias

@@ -15,4 +15,8 @@ void ponLista(const QString &clave, const QStringList &valor);
 QString texto(const QString &clave, const QString &porDefecto = {});
 void ponTexto(const QString &clave, const QString &valor);
 
+/// What is no "true" reads as false.
+bool logico(const QString &clave, bool porDefecto = false);
+void ponLogico(const QString &clave, bool valor);
+
 } // namespace vellora::Preferencias
