@@ -1,11 +1,15 @@
 #pragma once
 
+#include <QString>
+
+#include <optional>
+
 namespace vellora
 {
 
-class Modelo;
+class Programa;
 
-/// What the window asks of the phone after each refresh, in this order. Main thread only; nothing here waits.
-void trasRefrescar(Modelo &modelo);
+/// What follows each reading of the phones, in its order; `antes` is the UDID selected before it.
+void trasRefrescar(Programa &programa, const std::optional<QString> &antes);
 
 } // namespace vellora

@@ -1,39 +1,47 @@
 #include "app/Ventana.h"
 
+#include "app/Bandeja.h"
+#include "app/InstanciaUnica.h"
 #include "app/TrasRefrescar.h"
-#include "backups/Copias.h"
 #include "core/Herramientas.h"
 #include "platform/Apariencia.h"
 #include "platform/Llavero.h"
-#include "session/Modelo.h"
 #include "ui/Interfaz.h"
+#include "ui/sesion/Programa.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QQmlApplicationEngine>
+#include <QQuickWindow>
 
 namespace vellora
 {
 
 int abrirVentana(int &argc, char **argv)
 {
-    QGuiApplication app(argc, argv);
-    QGuiApplication::setApplicationName(QStringLiteral("vellora"));
-    QGuiApplication::setApplicationDisplayName(QStringLiteral("Vellora"));
-    QGuiApplication::setDesktopFileName(QStringLiteral("es.vellora.Vellora"));
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("vellora"));
+    QApplication::setApplicationDisplayName(QStringLiteral("Vellora"));
+    QApplication::setDesktopFileName(QStringLiteral("es.vellora.Vellora"));
+    InstanciaUnica unica;
+    if (unica.yaHayOtra())
+        return 0;
     prepararAspecto();
 
     Apariencia apariencia;
-    Modelo modelo;
-    QObject::connect(&modelo, &Modelo::refrescado, &modelo, [&modelo] { trasRefrescar(modelo); });
     // Without a store a password would be lost with the window: the owner's own setting on the phone decides then.
-    Copias copias(modelo, [](const QString &udid) {
+    Programa programa([](const QString &udid) {
         return Llavero::disponible() ? std::optional(Llavero::hayClave(udid)) : std::nullopt;
     });
+    QObject::connect(&programa.modelo, &Modelo::refrescado, &programa,
+                     [&programa](const std::optional<QString> &antes) { trasRefrescar(programa, antes); });
 
     QQmlApplicationEngine motor;
-    if (!abrirVentanaPrincipal(motor, {modelo, copias, apariencia, Herramientas::queFalta()}))
+    auto *ventana = abrirVentanaPrincipal(motor, {programa, apariencia, Herramientas::queFalta()});
+    if (ventana == nullptr)
         return 1;
-    return QGuiApplication::exec();
+    QObject::connect(&unica, &InstanciaUnica::llamada, ventana, [ventana] { traerAlFrente(*ventana); });
+    const Bandeja bandeja(programa, *ventana);
+    return QApplication::exec();
 }
 
 } // namespace vellora

@@ -1,16 +1,17 @@
 #include "ui/Interfaz.h"
 
-#include "backups/Copias.h"
-#include "core/Preferencias.h"
 #include "platform/Apariencia.h"
-#include "session/Modelo.h"
 #include "ui/componentes/Tema.h"
+#include "ui/sesion/Programa.h"
 
 #include <QFont>
 #include <QGuiApplication>
 #include <QQmlExtensionPlugin>
 #include <QQuickWindow>
+#include <QScreen>
 #include <QVariant>
+
+#include <algorithm>
 
 Q_IMPORT_QML_PLUGIN(Vellora_SesionPlugin)
 Q_IMPORT_QML_PLUGIN(Vellora_ComponentesPlugin)
@@ -28,21 +29,65 @@ void prepararAspecto()
     QGuiApplication::setFont(letra);
 }
 
-QQuickWindow *abrirVentanaPrincipal(QQmlApplicationEngine &motor, const ObjetosDeVentana &objetos)
+namespace
+{
+
+/// Follows the owner's choice and the desktop's.
+void vestir(const ObjetosDeVentana &objetos)
 {
     auto &tema = Tema::unico();
-    tema.elegir(Tema::eleccionDe(Preferencias::texto(QStringLiteral("tema"))));
+    auto &ajustes = objetos.programa.ajustes;
+    const auto elegir = [&tema, &ajustes] {
+        tema.elegir(Tema::eleccionDe(ajustes.tema()));
+    };
+    elegir();
+    QObject::connect(&ajustes, &AjustesDeVentana::cambio, &tema, elegir);
     tema.ponSistemaOscuro(objetos.apariencia.sistemaOscuro());
     QObject::connect(&objetos.apariencia, &Apariencia::cambio, &tema,
                      [&tema, &apariencia = objetos.apariencia] { tema.ponSistemaOscuro(apariencia.sistemaOscuro()); });
+}
 
+/// Where it stood last time, as far as a screen still shows that place; and remembers where it stands.
+void colocar(QQuickWindow &ventana, AjustesDeVentana &ajustes)
+{
+    const auto lugar = ajustes.lugar();
+    const auto pantallas = QGuiApplication::screens();
+    const bool seVe = std::any_of(pantallas.begin(), pantallas.end(), [&lugar](const QScreen *una) {
+        return una->availableGeometry().contains(lugar.center());
+    });
+    if (lugar.isValid() && seVe)
+        ventana.setGeometry(lugar.x(), lugar.y(), std::max(lugar.width(), ventana.minimumWidth()),
+                            std::max(lugar.height(), ventana.minimumHeight()));
+    QObject::connect(&ventana, &QWindow::visibleChanged, &ajustes, [&ventana, &ajustes](bool visible) {
+        if (!visible && ventana.windowState() == Qt::WindowNoState)
+            ajustes.ponLugar(ventana.geometry());
+    });
+}
+
+} // namespace
+
+QQuickWindow *abrirVentanaPrincipal(QQmlApplicationEngine &motor, const ObjetosDeVentana &objetos)
+{
+    vestir(objetos);
     motor.addImportPath(QStringLiteral("qrc:/qt/qml"));
-    motor.setInitialProperties({{QStringLiteral("modelo"), QVariant::fromValue(&objetos.modelo)},
-                                {QStringLiteral("copias"), QVariant::fromValue(&objetos.copias)},
+    motor.setInitialProperties({{QStringLiteral("programa"), QVariant::fromValue(&objetos.programa)},
                                 {QStringLiteral("falta"), objetos.falta}});
     motor.load(QUrl(QStringLiteral("qrc:/qt/qml/Vellora/Ventana/VentanaPrincipal.qml")));
     const auto raices = motor.rootObjects();
-    return raices.isEmpty() ? nullptr : qobject_cast<QQuickWindow *>(raices.first());
+    auto *ventana = raices.isEmpty() ? nullptr : qobject_cast<QQuickWindow *>(raices.first());
+    if (ventana == nullptr)
+        return nullptr;
+    colocar(*ventana, objetos.programa.ajustes);
+    ventana->show();
+    return ventana;
+}
+
+void traerAlFrente(QQuickWindow &ventana)
+{
+    if (!ventana.isVisible() || ventana.visibility() == QWindow::Minimized)
+        ventana.showNormal();
+    ventana.raise();
+    ventana.requestActivate();
 }
 
 } // namespace vellora

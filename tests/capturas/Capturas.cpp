@@ -1,12 +1,13 @@
-#include "backups/Copias.h"
 #include "capturas/Fotografo.h"
 #include "core/Herramientas.h"
 #include "platform/Apariencia.h"
-#include "session/Modelo.h"
 #include "support/TelefonoSimulado.h"
 #include "ui/Interfaz.h"
+#include "ui/sesion/Programa.h"
 #include "ventana/Manos.h"
 
+#include <QDir>
+#include <QFile>
 #include <QGuiApplication>
 #include <QJsonObject>
 #include <QQuickWindow>
@@ -48,6 +49,7 @@ private:
 
     void sinTelefono();
     void recienConectado();
+    void bateria();
     void unaCopia();
     void unaCopiaQueFalla();
     void dosTelefonos();
@@ -56,12 +58,13 @@ private:
 
     TelefonoSimulado telefono;
     Apariencia apariencia;
-    Modelo modelo;
     /// As without a store of passwords, until a picture needs one.
     std::optional<bool> hayClave;
-    Copias copias{modelo, [this](const QString &) {
-                      return hayClave;
-                  }};
+    Programa programa{[this](const QString &) {
+        return hayClave;
+    }};
+    Modelo &modelo = programa.modelo;
+    Copias &copias = programa.copias;
     std::unique_ptr<QQmlApplicationEngine> motor;
     QQuickWindow *ventana = nullptr;
     Fotografo fotografo;
@@ -71,7 +74,7 @@ private:
 bool Sesion::abre(const QStringList &falta)
 {
     motor = std::make_unique<QQmlApplicationEngine>();
-    ventana = abrirVentanaPrincipal(*motor, {modelo, copias, apariencia, falta});
+    ventana = abrirVentanaPrincipal(*motor, {programa, apariencia, falta});
     return ventana && QTest::qWaitForWindowActive(ventana);
 }
 
@@ -151,6 +154,56 @@ void Sesion::recienConectado()
     pulsa(u"Avisos. 0 en marcha, 0 con problemas"_s);
     foto(u"avisos-vacio"_s);
     tecla(Qt::Key_Escape);
+    tecla(Qt::Key_F10);
+    foto(u"acciones"_s);
+    tecla(Qt::Key_Escape);
+    pulsa(u"Devolver la copia al iPhone"_s);
+    foto(u"devolver"_s);
+    tecla(Qt::Key_Escape);
+    pulsa(u"Avisarme por Telegram"_s);
+    foto(u"telegram"_s);
+    pulsa(u"Cancelar"_s);
+    pulsa(u"Ajustes"_s);
+    foto(u"ajustes"_s, {960, 1280, 1920});
+    pulsa(u"Ayuda y legal"_s);
+    foto(u"ayuda"_s);
+    programa.cerradura.cerrarAhora();
+    foto(u"bloqueo"_s, {960, 1280, 1920});
+    pulsa(u"Desbloquear"_s);
+    tecla(Qt::Key_1, Qt::ControlModifier);
+    bateria();
+}
+
+void Sesion::bateria()
+{
+    programa.bateria.cargarSaludBateria();
+    espera("the battery", [this] { return programa.bateria.salud() > 0; });
+    foto(u"resumen-bateria"_s, {960, 1280});
+    const auto informes = modelo.carpetaBase() + u"/Informes"_s;
+    QDir().mkpath(informes);
+    QFile historial(programa.bateria.fichero());
+    if (historial.open(QIODevice::WriteOnly))
+        historial.write("[{\"fecha\":\"03/02/2026\",\"salud\":96},{\"fecha\":\"11/05/2026\",\"salud\":94},"
+                        "{\"fecha\":\"20/08/2026\",\"salud\":92}]");
+    historial.close();
+    pulsa(u"Mirar la batería"_s);
+    espera("the battery's view", [this] { return programa.bateria.verBateria(); });
+    foto(u"bateria"_s);
+    pulsa(u"Apuntar la medida de hoy"_s);
+    espera("the measurement", [this] { return !programa.bateria.medida().isEmpty(); });
+    auto *hoja = ventana->activeFocusItem();
+    for (int i = 0; i < 40 && hoja; ++i)
+        tecla(Qt::Key_PageDown);
+    foto(u"bateria-apuntada"_s);
+    tecla(Qt::Key_Escape);
+    manda(QJsonObject{{u"orden"_s, u"valor"_s},
+                      {u"telefono"_s, telefono.udid()},
+                      {u"dominio"_s, QString()},
+                      {u"clave"_s, u"SIMStatus"_s},
+                      {u"valor"_s, u"kCTSIMSupportSIMStatusNotInserted"_s}});
+    programa.bateria.quizaMirarRed();
+    espera("the networks", [this] { return programa.bateria.hayAvisoDeRed(); });
+    foto(u"resumen-red"_s, {960, 1280});
 }
 
 void Sesion::unaCopia()

@@ -7,6 +7,8 @@
 
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 namespace Manos
 {
 
@@ -74,6 +76,19 @@ QStringList nombres(QQuickWindow &ventana)
 bool seLee(QQuickWindow &ventana, const QString &texto)
 {
     return nombres(ventana).contains(texto);
+}
+
+QStringList sinNombre(QQuickWindow &ventana)
+{
+    QStringList mudos;
+    recorrerVentana(ventana, [&](QAccessibleInterface &cosa) {
+        auto *item = qobject_cast<QQuickItem *>(cosa.object());
+        if (item && item->activeFocusOnTab() && nombreDe(item).isEmpty() && item->childItems().isEmpty())
+            mudos << QString::fromLatin1(item->metaObject()->className());
+        if (cosa.role() == QAccessible::Button && nombreDe(item).isEmpty())
+            mudos << u"a button"_s;
+    });
+    return mudos;
 }
 
 void escribir(QQuickWindow &ventana, const QString &texto)

@@ -18,6 +18,8 @@ bool pulsar(QQuickWindow &ventana, const QString &nombre);
 /// Accessible names of all that can be seen, in the order of the window.
 QStringList nombres(QQuickWindow &ventana);
 bool seLee(QQuickWindow &ventana, const QString &texto);
+/// What can be seen and can take the keyboard but has no accessible name, by its class.
+QStringList sinNombre(QQuickWindow &ventana);
 /// Letter by letter, to what has the focus.
 void escribir(QQuickWindow &ventana, const QString &texto);
 

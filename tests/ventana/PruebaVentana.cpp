@@ -1,11 +1,11 @@
-#include "backups/Copias.h"
 #include "core/Preferencias.h"
 #include "platform/Apariencia.h"
-#include "session/Modelo.h"
 #include "ui/Interfaz.h"
+#include "ui/sesion/Programa.h"
 #include "ventana/Manos.h"
 
 #include <QAccessible>
+#include <QDir>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QRegularExpression>
@@ -29,6 +29,14 @@ private slots:
     void tabuladorPorLaVentana();
     void bienvenidaPorTeclado();
     void claveDeCifrado();
+    void menuDeAcciones();
+    void ajustesYBloqueo();
+    void devolverPregunta();
+    void datosDeTelegram();
+    void bateriaALaVista();
+    void cerrarConTrabajo();
+    void recuerdaLaSeccion();
+    void todoTieneNombre();
     void campana();
     void tiraDeUnTrabajo();
     void eligeEntreDosIPhones();
@@ -43,8 +51,9 @@ private:
     bool seLee(const QString &texto) { return Manos::seLee(*ventana, texto); }
 
     std::unique_ptr<Apariencia> apariencia;
-    std::unique_ptr<Modelo> modelo;
-    std::unique_ptr<Copias> copias;
+    std::unique_ptr<Programa> programa;
+    Modelo *modelo = nullptr;
+    Copias *copias = nullptr;
     bool hayClave = true;
     std::unique_ptr<QQmlApplicationEngine> motor;
     QQuickWindow *ventana = nullptr;
@@ -82,24 +91,25 @@ void PruebaVentana::init()
     QTest::failOnWarning(QRegularExpression(u"No drawing for|\\.qml"_s));
     Preferencias::ponLista(u"iPhonesConocidos"_s, {});
     apariencia = std::make_unique<Apariencia>();
-    modelo = std::make_unique<Modelo>();
-    copias = std::make_unique<Copias>(*modelo, [this](const QString &) { return hayClave; });
-    QSignalSpy primera(modelo.get(), &Modelo::refrescado);
+    Preferencias::ponTexto(u"seccion"_s, {});
+    programa = std::make_unique<Programa>([this](const QString &) { return hayClave; });
+    modelo = &programa->modelo;
+    copias = &programa->copias;
+    QSignalSpy primera(modelo, &Modelo::refrescado);
     QVERIFY(primera.wait(20000)); // what it found is replaced by what each test connects
 }
 
 void PruebaVentana::cleanup()
 {
     motor.reset();
-    copias.reset();
-    modelo.reset();
+    programa.reset();
     apariencia.reset();
 }
 
 void PruebaVentana::abrir(const QStringList &falta)
 {
     motor = std::make_unique<QQmlApplicationEngine>();
-    ventana = abrirVentanaPrincipal(*motor, {*modelo, *copias, *apariencia, falta});
+    ventana = abrirVentanaPrincipal(*motor, {*programa, *apariencia, falta});
     QVERIFY(ventana);
     QVERIFY(QTest::qWaitForWindowActive(ventana));
 }
@@ -150,8 +160,9 @@ void PruebaVentana::tabuladorPorLaVentana()
 {
     modelo->marcarConocido(marta.id);
     abrir();
-    const QStringList comunes{u"Copias y datos"_s, u"Buscar el iPhone otra vez"_s,
-                              u"Avisos. 0 en marcha, 0 con problemas"_s};
+    const QStringList comunes{u"Copias y datos"_s, u"Ajustes"_s,
+                              u"Ayuda y legal"_s,  u"Buscar el iPhone otra vez"_s,
+                              u"Acciones"_s,       u"Avisos. 0 en marcha, 0 con problemas"_s};
     // The list comes first, then the header, then the content; what is still to come is passed over.
     auto *primera = Manos::control(*ventana, u"Resumen"_s);
     primera->forceActiveFocus();
@@ -159,7 +170,8 @@ void PruebaVentana::tabuladorPorLaVentana()
     conectar({marta});
     primera->forceActiveFocus();
     QCOMPARE(Manos::paradasDelTabulador(*ventana),
-             comunes + QStringList({u"Hacer la copia ahora"_s, u"Ver la copia por dentro"_s, u"Resumen"_s}));
+             comunes + QStringList({u"Hacer la copia ahora"_s, u"Ver la copia por dentro"_s, u"Mirar la batería"_s,
+                                    u"Bloquear ahora"_s, u"Resumen"_s}));
 
     primera->forceActiveFocus();
     tecla(Qt::Key_Down);
@@ -251,6 +263,189 @@ void PruebaVentana::claveDeCifrado()
     QVERIFY(!copias->pidiendoClave() && !modelo->tarea().enMarcha());
     QVERIFY(copias->property("clave").toString().isEmpty());
     hayClave = true;
+}
+
+void PruebaVentana::menuDeAcciones()
+{
+    modelo->marcarConocido(marta.id);
+    abrir();
+    conectar({marta});
+    tecla(Qt::Key_F10);
+    auto esperadas = QStringList{u"Copiar fotos y vídeos"_s,
+                                 u"Hacer copia de seguridad"_s,
+                                 u"Sacar mis datos de la copia"_s,
+                                 u"Ordenar mis fotos por año y mes"_s,
+                                 u"Convertir fotos a JPG"_s,
+                                 u"Quitar la localización de las fotos"_s,
+                                 u"Mapa de mis fotos"_s,
+                                 u"Revisar la seguridad del iPhone"_s,
+                                 u"Buscar programas espía"_s,
+                                 u"Traer los iconos de las apps"_s,
+                                 u"Cómo está todo"_s,
+                                 u"Cuántas fotos hago"_s,
+                                 u"Qué ocupa mi iPhone"_s,
+                                 u"Abrir mi carpeta"_s,
+                                 u"Buscar el iPhone otra vez"_s};
+    auto leidas = Manos::nombres(*ventana);
+    leidas = leidas.mid(leidas.lastIndexOf(u"Acciones"_s) + 1, esperadas.size());
+    leidas.replaceInStrings(u", todavía no disponible"_s, QString());
+    QCOMPARE(leidas, esperadas);
+    QVERIFY(!Manos::control(*ventana, u"Copiar fotos y vídeos, todavía no disponible"_s));
+    QVERIFY(!Manos::control(*ventana, u"Sacar mis datos de la copia"_s)); // there is none yet
+    QVERIFY(Manos::pulsar(*ventana, u"Hacer copia de seguridad"_s));
+    QVERIFY(modelo->tarea().titulo().startsWith(u"Copia de seguridad"_s));
+    QTRY_VERIFY_WITH_TIMEOUT(modelo->tarea().terminada(), 20000); // there is no such phone
+    QVERIFY(!seLee(u"Cuántas fotos hago, todavía no disponible"_s));
+}
+
+void PruebaVentana::ajustesYBloqueo()
+{
+    modelo->marcarConocido(marta.id);
+    abrir();
+    conectar({marta});
+    QVERIFY(Manos::pulsar(*ventana, u"Ajustes"_s));
+    QVERIFY(Manos::pulsar(*ventana, u"Oscuro"_s));
+    QCOMPARE(Preferencias::texto(u"tema"_s), u"oscuro"_s);
+    QVERIFY(Manos::pulsar(*ventana, u"Como el sistema"_s));
+    QVERIFY(Manos::pulsar(*ventana, u"Copia en cuanto lo enchufo"_s));
+    QVERIFY(programa->automaticas.alEnchufar());
+    QVERIFY(Manos::pulsar(*ventana, u"Copia en cuanto lo enchufo"_s));
+    QVERIFY(!programa->automaticas.alEnchufar());
+
+    QVERIFY(Manos::pulsar(*ventana, u"Bloquear ahora"_s));
+    QVERIFY(seLee(u"Para entrar hace falta la contraseña del Mac"_s));
+    QVERIFY(seLee(u"Todo se queda en este Mac: sin nube, sin cuentas y sin internet."_s));
+    // Nothing of the owner's, by eye or by ear, and no key that leads past it.
+    QVERIFY(!seLee(u"iPhone de Marta"_s) && !seLee(u"Resumen"_s));
+    tecla(Qt::Key_4, Qt::ControlModifier);
+    QVERIFY(!seLee(explicacion));
+    // Here there is nobody to ask, and that locks nobody out.
+    QCOMPARE(Manos::nombreDelFoco(*ventana), u"Desbloquear"_s);
+    tecla(Qt::Key_Return);
+    QVERIFY(seLee(u"Resumen"_s) && programa->cerradura.abierta());
+    QCOMPARE(programa->cerradura.motivoFallo(), u"Este Mac no tiene huella ni contraseña configuradas."_s);
+}
+
+void PruebaVentana::devolverPregunta()
+{
+    modelo->marcarConocido(marta.id);
+    abrir();
+    conectar({marta});
+    tecla(Qt::Key_4, Qt::ControlModifier);
+    QVERIFY(Manos::pulsar(*ventana, u"Devolver la copia al iPhone"_s));
+    QVERIFY(seLee(u"¿Devolver la copia al iPhone?"_s));
+    QCOMPARE(Manos::nombreDelFoco(*ventana), u"No hacer nada"_s);
+    tecla(Qt::Key_Return);
+    QVERIFY(!seLee(u"¿Devolver la copia al iPhone?"_s) && !modelo->tarea().enMarcha());
+    QVERIFY(Manos::pulsar(*ventana, u"Devolver la copia al iPhone"_s));
+    tecla(Qt::Key_Escape);
+    QVERIFY(!seLee(u"¿Devolver la copia al iPhone?"_s) && modelo->tarea().titulo().isEmpty());
+    // Unplugged while the question stood.
+    QVERIFY(Manos::pulsar(*ventana, u"Devolver la copia al iPhone"_s));
+    conectar({});
+    QVERIFY(Manos::pulsar(*ventana, u"Devolver la copia"_s));
+    QVERIFY(modelo->tarea().titulo().isEmpty());
+}
+
+void PruebaVentana::datosDeTelegram()
+{
+    abrir();
+    tecla(Qt::Key_4, Qt::ControlModifier);
+    auto &telegram = programa->telegram;
+    QVERIFY(Manos::pulsar(*ventana, u"Avisarme por Telegram"_s));
+    QVERIFY(telegram.encendido() &&
+            seLee(u"Pega aquí los datos de tu bot. Se guardan en el Llavero del Mac, no en un archivo."_s));
+    QCOMPARE(Manos::nombreDelFoco(*ventana), u"Token del bot"_s);
+    Manos::escribir(*ventana, u"1234567890:ABCDEFGH"_s); // 19
+    tecla(Qt::Key_Return);
+    QCOMPARE(Manos::nombreDelFoco(*ventana), u"Tu identificador de chat"_s);
+    Manos::escribir(*ventana, u"77"_s);
+    QVERIFY(!Manos::control(*ventana, u"Guardar"_s));
+    tecla(Qt::Key_Tab, Qt::ShiftModifier);
+    tecla(Qt::Key_End);
+    Manos::escribir(*ventana, u"I"_s);
+    QVERIFY(Manos::control(*ventana, u"Guardar"_s));
+    for (const auto &nombre : Manos::nombres(*ventana))
+        QVERIFY2(!nombre.contains(u"ABCDEFGH"_s), qPrintable(nombre));
+    QVERIFY(Manos::pulsar(*ventana, u"Cancelar"_s));
+    QVERIFY(!telegram.encendido() && !telegram.pidiendoDatos());
+    QVERIFY(telegram.property("token").toString().isEmpty());
+}
+
+void PruebaVentana::bateriaALaVista()
+{
+    QDir().mkpath(QDir::homePath() + u"/Vellora/iPhone de Marta/Informes"_s);
+    modelo->marcarConocido(marta.id);
+    abrir();
+    conectar({marta});
+    // There is no such phone here: the job says so, and no view of zeros comes up.
+    QVERIFY(Manos::pulsar(*ventana, u"Mirar la batería"_s));
+    QTRY_VERIFY_WITH_TIMEOUT(modelo->tarea().terminada(), 20000);
+    QCOMPARE(modelo->tarea().terminadaBien(), false);
+    QVERIFY(!programa->bateria.verBateria() && !seLee(u"La batería de tu iPhone"_s));
+}
+
+void PruebaVentana::cerrarConTrabajo()
+{
+    abrir();
+    modelo->tarea().empezar(u"Copia de seguridad completa"_s, u"Preparando..."_s);
+    ventana->close();
+    QVERIFY(ventana->isVisible() && seLee(u"Hay un trabajo en marcha"_s));
+    QCOMPARE(Manos::nombreDelFoco(*ventana), u"Seguir"_s);
+    tecla(Qt::Key_Escape);
+    QVERIFY(ventana->isVisible() && !seLee(u"Hay un trabajo en marcha"_s));
+    ventana->close();
+    QVERIFY(Manos::pulsar(*ventana, u"Cerrar y pararlo"_s));
+    QTRY_VERIFY(!ventana->isVisible());
+    modelo->tarea().cerrar(false);
+}
+
+void PruebaVentana::recuerdaLaSeccion()
+{
+    abrir();
+    QVERIFY(Manos::pulsar(*ventana, u"Ayuda y legal"_s));
+    ventana->setGeometry(40, 30, 1100, 700);
+    QTRY_COMPARE(ventana->width(), 1100);
+    ventana->close();
+    motor.reset();
+    abrir();
+    QVERIFY(seLee(u"En qué se apoya"_s));
+    QCOMPARE(ventana->size(), QSize(1100, 700));
+    motor.reset();
+    Preferencias::ponTexto(u"seccion"_s, u"3000000000"_s);
+    Preferencias::ponTexto(u"ventana"_s, u"-90000 0 1 1"_s); // on a screen that is gone
+    programa->ajustes.ponSeccion(99);
+    abrir();
+    QVERIFY(seLee(sinIPhone) && ventana->width() >= 960);
+}
+
+void PruebaVentana::todoTieneNombre()
+{
+    modelo->marcarConocido(marta.id);
+    abrir();
+    conectar({marta});
+    const auto revisar = [this](const char *donde) {
+        const auto mudos = Manos::sinNombre(*ventana);
+        QVERIFY2(mudos.isEmpty(), qPrintable(QString::fromUtf8(donde) + u": "_s + mudos.join(u", "_s)));
+    };
+    revisar("resumen");
+    tecla(Qt::Key_F10);
+    revisar("acciones");
+    tecla(Qt::Key_Escape);
+    tecla(Qt::Key_4, Qt::ControlModifier);
+    revisar("copias");
+    programa->pedirDevolver();
+    revisar("devolver");
+    tecla(Qt::Key_Escape);
+    programa->telegram.pedirDatos();
+    revisar("telegram");
+    tecla(Qt::Key_Escape);
+    for (const auto &seccion : {u"Ajustes"_s, u"Ayuda y legal"_s}) {
+        QVERIFY(Manos::pulsar(*ventana, seccion));
+        revisar(qPrintable(seccion));
+    }
+    programa->cerradura.cerrarAhora();
+    revisar("bloqueo");
 }
 
 void PruebaVentana::campana()

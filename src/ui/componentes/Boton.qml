@@ -1,11 +1,11 @@
 import QtQuick
 import Vellora.Componentes
 
-/// A button with words: filled for the main action, bordered for others, quiet for links.
+/// A button with words: filled for the main action, bordered for others, quiet for links, red for what cannot be undone.
 BotonBase {
     id: raiz
 
-    enum Clase { Normal, Principal, Callado }
+    enum Clase { Normal, Principal, Callado, Peligroso }
 
     property int clase: Boton.Normal
     property string texto
@@ -14,6 +14,8 @@ BotonBase {
     readonly property color tinta: {
         if (raiz.clase === Boton.Principal)
             return Tema.sobreAcento;
+        if (raiz.clase === Boton.Peligroso)
+            return Tema.malTexto;
         return raiz.clase === Boton.Callado ? Tema.acentoTexto : Tema.texto;
     }
 
@@ -28,12 +30,14 @@ BotonBase {
         color: {
             if (raiz.clase === Boton.Principal)
                 return raiz.apretado || raiz.encima ? Qt.darker(Tema.acento, raiz.apretado ? 1.15 : 1.07) : Tema.acento;
+            if (raiz.clase === Boton.Peligroso)
+                return Tema.fondoMal;
             if (raiz.apretado || raiz.encima)
                 return raiz.clase === Boton.Callado ? Tema.acentoSuave : Tema.fondo;
             return raiz.clase === Boton.Callado ? "transparent" : Tema.tarjeta;
         }
-        border.width: raiz.clase === Boton.Normal ? 1 : 0
-        border.color: Tema.borde
+        border.width: raiz.clase === Boton.Normal || raiz.clase === Boton.Peligroso ? 1 : 0
+        border.color: raiz.clase === Boton.Peligroso ? Tema.mal : Tema.borde
     }
 
     Row {

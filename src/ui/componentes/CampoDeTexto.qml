@@ -1,12 +1,14 @@
 import QtQuick
 import Vellora.Componentes
 
-/// A field for a password: what is typed is not shown, nor offered to the clipboard.
+/// A field for one line of words, with what it is for above. What is typed is not shown, nor offered to the
+/// clipboard, unless it is no secret.
 FocusScope {
     id: raiz
 
     property string rotulo
     property alias texto: entrada.text
+    property bool secreto: true
 
     signal aceptado
 
@@ -40,8 +42,8 @@ FocusScope {
             focus: true
             clip: true
             selectByMouse: true
-            echoMode: TextInput.Password
-            inputMethodHints: Qt.ImhHiddenText | Qt.ImhSensitiveData | Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText
+            echoMode: raiz.secreto ? TextInput.Password : TextInput.Normal
+            inputMethodHints: (raiz.secreto ? Qt.ImhHiddenText | Qt.ImhSensitiveData : Qt.ImhNone) | Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText
             color: Tema.texto
             selectionColor: Tema.acento
             selectedTextColor: Tema.sobreAcento
@@ -49,7 +51,8 @@ FocusScope {
             Accessible.role: Accessible.EditableText
             // Qt hides the name of a field for passwords; its description is read in its place.
             Accessible.description: raiz.rotulo
-            Accessible.passwordEdit: true
+            Accessible.name: raiz.rotulo
+            Accessible.passwordEdit: raiz.secreto
             onAccepted: raiz.aceptado()
         }
     }

@@ -68,12 +68,13 @@ FocusScope {
         Desplazable {
             anchors.fill: parent
             anchors.margins: 28
+            anchors.rightMargin: 10 // its bar stands beside the words, not on them
             contentHeight: interior.childrenRect.height
 
             Item {
                 id: interior
 
-                width: parent.width
+                width: hoja.width - 56
             }
         }
     }

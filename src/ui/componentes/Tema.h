@@ -31,6 +31,7 @@ class Tema : public QObject
     Q_PROPERTY(QColor bien READ bien NOTIFY cambio)
     Q_PROPERTY(QColor aviso READ aviso NOTIFY cambio)
     Q_PROPERTY(QColor mal READ mal NOTIFY cambio)
+    Q_PROPERTY(QColor malTexto READ malTexto NOTIFY cambio)
     Q_PROPERTY(QColor fondoBien READ fondoBien NOTIFY cambio)
     Q_PROPERTY(QColor fondoAviso READ fondoAviso NOTIFY cambio)
     Q_PROPERTY(QColor fondoMal READ fondoMal NOTIFY cambio)
@@ -71,6 +72,8 @@ public:
     QColor bien() const { return QColor::fromRgb(0x1BAF7A); }
     QColor aviso() const { return QColor::fromRgb(0xEDA100); }
     QColor mal() const { return QColor::fromRgb(0xE34948); }
+    /// Words of warning that must also be read on `fondoMal`.
+    QColor malTexto() const { return tono(0xB3261E, 0xFF8A85); }
     QColor fondoBien() const { return tono(0xE2F5ED, 0x14352A); }
     QColor fondoAviso() const { return tono(0xFFF4DC, 0x33290F); }
     QColor fondoMal() const { return tono(0xFDEAEA, 0x3A1E1F); }

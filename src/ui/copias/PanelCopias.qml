@@ -1,13 +1,15 @@
 import QtQuick
 import Vellora.Componentes
+import Vellora.Copias
 import Vellora.Sesion
 
 /// Backups: the warning, what a backup is for, and what can be done with it.
 Pagina {
     id: raiz
 
-    required property Modelo modelo
-    required property Copias copias
+    required property Programa programa
+    readonly property Modelo modelo: raiz.programa.modelo
+    readonly property Copias copias: raiz.programa.copias
 
     titulo: "Copias y datos"
 
@@ -57,11 +59,11 @@ Pagina {
 
             width: rejilla.anchoDeCelda
             height: rejilla.altoDeCelda
-            activo: false
-            insignia: "Todavía no disponible"
+            activo: !raiz.modelo.tarea.enMarcha
             simbolo: "person.text.rectangle"
             titulo: "Ver mis datos"
-            pie: "Mensajes, WhatsApp, fotos, contactos… dentro de la app"
+            pie: "Mensajes, WhatsApp, contactos… en su carpeta"
+            onPulsado: raiz.programa.abrirMisDatos()
         }
 
         BotonGrande {
@@ -80,12 +82,49 @@ Pagina {
 
             width: rejilla.anchoDeCelda
             height: rejilla.altoDeCelda
-            activo: false
+            activo: raiz.modelo.hayIPhone && !raiz.modelo.tarea.enMarcha
             peligroso: true
-            insignia: "Todavía no disponible"
             simbolo: "arrow.uturn.backward"
             titulo: "Devolver la copia al iPhone"
             pie: "Solo si has perdido los datos"
+            onPulsado: raiz.programa.pedirDevolver()
+        }
+    }
+
+    Texto {
+        topPadding: 8
+        tipo: Texto.Seccion
+        text: "Sin que te acuerdes"
+        Accessible.role: Accessible.Heading
+    }
+
+    Tarjeta {
+        width: parent.width
+        implicitHeight: automaticas.implicitHeight + 24
+        height: implicitHeight
+
+        Column {
+            id: automaticas
+
+            x: 20
+            y: 12
+            width: parent.width - 40
+            spacing: 6
+
+            InterruptorAutomatico {
+                width: parent.width
+                programa: raiz.programa
+            }
+
+            InterruptorAlEnchufar {
+                width: parent.width
+                automaticas: raiz.programa.automaticas
+            }
+
+            AvisoTelegram {
+                width: parent.width
+                telegram: raiz.programa.telegram
+            }
         }
     }
 }

@@ -39,7 +39,7 @@ Hoja {
             text: "Sin cifrar, el iPhone deja fuera de la copia tus contraseñas del Llavero, los datos de Salud y parte de WhatsApp. Con cifrado se copia todo."
         }
 
-        CampoDeClave {
+        CampoDeTexto {
             id: clave
 
             width: parent.width
@@ -50,7 +50,7 @@ Hoja {
             onAceptado: repetida.forceActiveFocus()
         }
 
-        CampoDeClave {
+        CampoDeTexto {
             id: repetida
 
             width: parent.width

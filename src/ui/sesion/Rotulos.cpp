@@ -2,9 +2,12 @@
 
 #include "core/Formato.h"
 
+#include <QLocale>
 #include <QStringList>
 
 #include <algorithm>
+
+using namespace Qt::StringLiterals;
 
 namespace vellora
 {
@@ -69,6 +72,28 @@ QString Rotulos::libres(const Dispositivo &iphone)
 QString Rotulos::capacidad(const Dispositivo &iphone)
 {
     return iphone.totalBytes ? Formato::tamano(iphone.totalBytes) : QString();
+}
+
+QString Rotulos::estadoDeLaBateria(const DatosBateria &pila)
+{
+    if (pila.cargando)
+        return u"Cargando"_s;
+    if (pila.llena && pila.enchufado)
+        return u"Llena y enchufada"_s;
+    return pila.enchufado ? u"Enchufada"_s : u"Con batería"_s;
+}
+
+QString Rotulos::conDecimales(double valor, int cuantos)
+{
+    return QLocale(QLocale::Spanish, QLocale::Spain).toString(valor, 'f', cuantos);
+}
+
+QString Rotulos::duracion(qint64 minutos)
+{
+    constexpr qint64 enUnaHora = 60;
+    if (minutos < enUnaHora)
+        return u"%1 min"_s.arg(minutos);
+    return u"%1 h %2 min"_s.arg(minutos / enUnaHora).arg(minutos % enUnaHora);
 }
 
 double Rotulos::avance(Tarea *tarea)

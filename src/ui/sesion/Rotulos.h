@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/Tarea.h"
+#include "session/DatosBateria.h"
 #include "session/Dispositivo.h"
 
 #include <QObject>
@@ -36,6 +37,12 @@ public:
     Q_INVOKABLE static QString libres(const vellora::Dispositivo &iphone);
     /// "256 GB"
     Q_INVOKABLE static QString capacidad(const vellora::Dispositivo &iphone);
+    /// "Cargando", "Llena y enchufada", "Enchufada" or "Con batería".
+    Q_INVOKABLE static QString estadoDeLaBateria(const vellora::DatosBateria &pila);
+    /// "3,74"
+    Q_INVOKABLE static QString conDecimales(double valor, int cuantos);
+    /// "3 h 20 min"
+    Q_INVOKABLE static QString duracion(qint64 minutos);
     /// Done part of a job, 0 to 1; -1 while its total is not known.
     Q_INVOKABLE static double avance(vellora::Tarea *tarea);
     /// Used part of the capacity, 0 to 1; -1 when one of the two numbers is absent or the capacity is nothing.

@@ -15,6 +15,12 @@ Rectangle {
 
     signal pideAvisos(boton: Item)
     signal pideIPhones(boton: Item)
+    signal pideAcciones(boton: Item)
+
+    /// As by its button, for the keyboard.
+    function abreAcciones() {
+        raiz.pideAcciones(acciones);
+    }
 
     color: Tema.tarjeta
 
@@ -55,6 +61,17 @@ Rectangle {
             nombre: "Buscar el iPhone otra vez"
             ayuda: "Buscar el iPhone otra vez (F5)"
             onPulsado: raiz.modelo.refrescar(false)
+        }
+
+        BotonDeSimbolo {
+            id: acciones
+
+            anchors.verticalCenter: parent.verticalCenter
+            simbolo: "ellipsis.circle"
+            lado: 18
+            nombre: "Acciones"
+            ayuda: "Acciones (F10)"
+            onPulsado: raiz.pideAcciones(acciones)
         }
 
         BotonAvisos {

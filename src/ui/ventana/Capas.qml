@@ -8,8 +8,9 @@ import Vellora.Ventana
 FocusScope {
     id: raiz
 
-    required property Modelo modelo
-    required property Copias copias
+    required property Programa programa
+    readonly property Modelo modelo: raiz.programa.modelo
+    readonly property Copias copias: raiz.programa.copias
     required property EstadoDeVentana estado
 
     readonly property real ancho: raiz.estado.panel === EstadoDeVentana.Avisos ? 420 : 340
@@ -69,6 +70,72 @@ FocusScope {
                 raiz.estado.cierra();
             }
         }
+    }
+
+    Cargador {
+        anchors.fill: parent
+        focus: activo
+        activo: raiz.estado.panel === EstadoDeVentana.Acciones && !raiz.estado.deBienvenida
+
+        MenuAcciones {
+            programa: raiz.programa
+            lugar: raiz.lugar
+            anchoDelPanel: raiz.ancho
+            onCerrado: raiz.estado.cierra()
+        }
+    }
+
+    Cargador {
+        anchors.fill: parent
+        focus: activo
+        activo: raiz.programa.pidiendoDevolver && !raiz.estado.deBienvenida
+
+        HojaDeConfirmar {
+            titulo: "¿Devolver la copia al iPhone?"
+            texto: "Esto SUSTITUYE lo que hay ahora en el iPhone por lo que había cuando se hizo la copia. Lo que sea más nuevo que la copia se pierde.\n\nEl iPhone se reiniciará y tardará un buen rato. No desconectes el cable.\n\nSolo tiene sentido si has perdido los datos o estás estrenando un iPhone."
+            textoDeAceptar: "Devolver la copia"
+            textoDeDejar: "No hacer nada"
+            onCerrada: raiz.programa.resolverDevolver(false)
+            onAceptada: raiz.programa.resolverDevolver(true)
+        }
+    }
+
+    Cargador {
+        anchors.fill: parent
+        focus: activo
+        activo: raiz.estado.panel === EstadoDeVentana.Salir
+
+        HojaDeConfirmar {
+            titulo: "Hay un trabajo en marcha"
+            texto: "Si cierras Vellora ahora, se para a medias: " + raiz.modelo.tarea.titulo + "."
+            textoDeAceptar: "Cerrar y pararlo"
+            textoDeDejar: "Seguir"
+            onCerrada: raiz.estado.cierra()
+            onAceptada: {
+                raiz.estado.cierra();
+                raiz.estado.sale();
+            }
+        }
+    }
+
+    Cargador {
+        anchors.fill: parent
+        focus: activo
+        activo: raiz.programa.bateria.verBateria && !raiz.estado.deBienvenida
+        fuente: "qrc:/qt/qml/Vellora/Ventana/VistaBateria.qml"
+        propiedades: ({
+                programa: raiz.programa
+            })
+    }
+
+    Cargador {
+        anchors.fill: parent
+        focus: activo
+        activo: raiz.programa.telegram.pidiendoDatos && !raiz.estado.deBienvenida
+        fuente: "qrc:/qt/qml/Vellora/Copias/FormularioTelegram.qml"
+        propiedades: ({
+                telegram: raiz.programa.telegram
+            })
     }
 
     Cargador {

@@ -7,14 +7,17 @@ import Vellora.Ventana
 QtObject {
     id: raiz
 
-    enum Panel { Ninguno, Avisos, IPhones }
+    enum Panel { Ninguno, Avisos, IPhones, Acciones, Salir }
 
-    required property Modelo modelo
-    required property Copias copias
+    required property Programa programa
+    readonly property Modelo modelo: raiz.programa.modelo
+    readonly property Copias copias: raiz.programa.copias
     required property Secciones secciones
     required property bool hayHerramientas
 
-    property int seccion: Secciones.Resumen
+    property int seccion: raiz.secciones.deInicio(raiz.programa.ajustes.seccion)
+    /// While it is, nothing of the owner's is in view.
+    readonly property bool bloqueada: raiz.hayHerramientas && !raiz.programa.cerradura.abierta
     readonly property int contenido: raiz.secciones.contenido(raiz.seccion, raiz.hayHerramientas, raiz.modelo.hayIPhone)
 
     property int panel: EstadoDeVentana.Ninguno
@@ -25,7 +28,10 @@ QtObject {
     readonly property string nuevo: raiz.modelo.hayIPhoneNuevo ? raiz.modelo.iPhoneNuevo.id : ""
     readonly property bool nuevoConectado: raiz.estaConectado(raiz.nuevo)
     readonly property bool deBienvenida: raiz.hayHerramientas && raiz.nuevoConectado && raiz.nuevo !== raiz.aplazado
-    readonly property bool hayCapa: raiz.deBienvenida || raiz.copias.pidiendoClave || raiz.panel !== EstadoDeVentana.Ninguno
+    readonly property bool hayCapa: !raiz.bloqueada && (raiz.deBienvenida || raiz.copias.pidiendoClave || raiz.programa.pidiendoDevolver || raiz.programa.telegram.pidiendoDatos || raiz.programa.bateria.verBateria || raiz.panel !== EstadoDeVentana.Ninguno)
+
+    /// The owner has agreed to end the program.
+    signal sale
 
     function estaConectado(udid: string): bool {
         for (const uno of raiz.modelo.dispositivos) {
@@ -50,6 +56,11 @@ QtObject {
             raiz.origen.forceActiveFocus(Qt.PopupFocusReason);
         // Who comes back from the panel needs no help on what opened it.
         Ayudas.quita(raiz.origen);
+    }
+
+    onSeccionChanged: {
+        raiz.programa.ajustes.seccion = raiz.seccion;
+        raiz.programa.cerradura.marcarUso();
     }
 
     onNuevoConectadoChanged: {

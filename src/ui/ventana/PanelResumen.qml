@@ -7,8 +7,9 @@ import Vellora.Ventana
 Pagina {
     id: raiz
 
-    required property Modelo modelo
-    required property Copias copias
+    required property Programa programa
+    readonly property Modelo modelo: raiz.programa.modelo
+    readonly property Copias copias: raiz.programa.copias
     readonly property dispositivo iphone: raiz.modelo.seleccionado
 
     titulo: "Resumen"
@@ -30,10 +31,15 @@ Pagina {
         ultimaCopia: raiz.copias.ultimaCopia
     }
 
+    TarjetaRed {
+        width: parent.width
+        datos: raiz.programa.bateria
+    }
+
     Texto {
         topPadding: 4
         tipo: Texto.Seccion
-        text: "Copia de seguridad"
+        text: "Lo que más se usa"
         Accessible.role: Accessible.Heading
     }
 
@@ -41,10 +47,10 @@ Pagina {
         id: rejilla
 
         readonly property real anchoDeCelda: Math.floor((width - (columns - 1) * spacing) / columns)
-        readonly property real altoDeCelda: Math.max(hacer.implicitHeight, ver.implicitHeight)
+        readonly property real altoDeCelda: Math.max(hacer.implicitHeight, ver.implicitHeight, pila.implicitHeight, bloqueo.implicitHeight)
 
         width: parent.width
-        columns: Math.min(raiz.columnas, 3)
+        columns: raiz.columnas
         spacing: 12
 
         BotonGrande {
@@ -68,6 +74,29 @@ Pagina {
             titulo: "Ver la copia por dentro"
             pie: "Abrir la carpeta"
             onPulsado: raiz.copias.abrirCarpeta()
+        }
+
+        BotonGrande {
+            id: pila
+
+            width: rejilla.anchoDeCelda
+            height: rejilla.altoDeCelda
+            activo: !raiz.modelo.tarea.enMarcha
+            simbolo: "battery.100"
+            titulo: "Mirar la batería"
+            pie: raiz.programa.bateria.resumen
+            onPulsado: raiz.programa.bateria.mirar()
+        }
+
+        BotonGrande {
+            id: bloqueo
+
+            width: rejilla.anchoDeCelda
+            height: rejilla.altoDeCelda
+            simbolo: "lock.fill"
+            titulo: "Bloquear ahora"
+            pie: "Vellora pedirá " + raiz.programa.cerradura.metodo
+            onPulsado: raiz.programa.cerradura.cerrarAhora()
         }
     }
 }

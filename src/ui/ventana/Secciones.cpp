@@ -34,8 +34,8 @@ constexpr std::array<Datos, Secciones::Actualizar + 1> tabla{{
     {u"Pantalla", u"apps.iphone", true},
     {u"Terminal", u"slider.horizontal.3", true},
     {u"Limpieza", u"trash"},
-    {u"Ajustes", u"gearshape"},
-    {u"Ayuda y legal", u"questionmark.circle"},
+    {u"Ajustes", u"gearshape", false, false, u"Ventana/PanelAjustes"},
+    {u"Ayuda y legal", u"questionmark.circle", false, false, u"Ventana/PanelAyuda"},
     {u"Actualizar", u"arrow.triangle.2.circlepath"},
 }};
 
@@ -121,6 +121,12 @@ int Secciones::porAtajo(int tecla)
     if (lugar < 0 || lugar > 8)
         return -1;
     return disponible(static_cast<Seccion>(lugar)) ? lugar : -1;
+}
+
+int Secciones::deInicio(int seccion)
+{
+    const bool hay = seccion >= Resumen && seccion <= Actualizar;
+    return hay && disponible(static_cast<Seccion>(seccion)) ? seccion : Resumen;
 }
 
 QString Secciones::vista(Seccion seccion)

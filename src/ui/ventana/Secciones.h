@@ -76,8 +76,9 @@ public:
                                                                bool hayHerramientas, bool hayIPhone);
     /// The section that Ctrl and this key (Qt::Key) open; -1 when there is none, or it is still to come.
     Q_INVOKABLE static int porAtajo(int tecla);
-    /// The file of the section's view, which takes the properties `modelo` and `copias`; empty while it is still to
-    /// come.
+    /// The section to begin with, of the one in view last time.
+    Q_INVOKABLE static int deInicio(int seccion);
+    /// The file of the section's view, which takes the property `programa`; empty while it is still to come.
     Q_INVOKABLE static QString vista(vellora::Secciones::Seccion seccion);
     /// "libimobiledevice y pymobiledevice3"
     Q_INVOKABLE static QString enumerar(const QStringList &piezas);

@@ -9,9 +9,17 @@ import Vellora.Ventana
 FocusScope {
     id: raiz
 
-    required property Modelo modelo
-    required property Copias copias
+    required property Programa programa
+    readonly property Modelo modelo: raiz.programa.modelo
+    readonly property Copias copias: raiz.programa.copias
     required property list<string> falta
+
+    signal sale
+
+    /// A job runs, and the window is to close.
+    function preguntaAlSalir() {
+        estado.abre(EstadoDeVentana.Salir, null);
+    }
 
     Secciones {
         id: secciones
@@ -20,28 +28,32 @@ FocusScope {
     EstadoDeVentana {
         id: estado
 
-        modelo: raiz.modelo
-        copias: raiz.copias
+        programa: raiz.programa
         secciones: secciones
         hayHerramientas: raiz.falta.length === 0
+        onSale: raiz.sale()
     }
 
+    Component.onCompleted: if (estado.bloqueada) raiz.programa.cerradura.abrir()
+
     Keys.onPressed: tecla => {
-        if (estado.hayCapa || !estado.hayHerramientas)
+        if (estado.hayCapa || !estado.hayHerramientas || estado.bloqueada)
             return;
         const cual = tecla.modifiers === Qt.ControlModifier ? secciones.porAtajo(tecla.key) : -1;
-        tecla.accepted = cual >= 0 || tecla.key === Qt.Key_F5;
+        tecla.accepted = cual >= 0 || tecla.key === Qt.Key_F5 || tecla.key === Qt.Key_F10;
         if (cual >= 0)
             estado.seccion = cual;
         else if (tecla.key === Qt.Key_F5)
             raiz.modelo.refrescar(false);
+        else if (tecla.key === Qt.Key_F10)
+            cabecera.abreAcciones();
     }
 
     Item {
         anchors.fill: parent
         // While something lies over the window the keyboard must not wander behind it.
         enabled: !estado.hayCapa
-        visible: estado.hayHerramientas
+        visible: estado.hayHerramientas && !estado.bloqueada
 
         ListaDeSecciones {
             id: lista
@@ -63,6 +75,7 @@ FocusScope {
             modelo: raiz.modelo
             onPideAvisos: boton => estado.abre(EstadoDeVentana.Avisos, boton)
             onPideIPhones: boton => estado.abre(EstadoDeVentana.IPhones, boton)
+            onPideAcciones: boton => estado.abre(EstadoDeVentana.Acciones, boton)
         }
 
         Item {
@@ -86,8 +99,7 @@ FocusScope {
                 activo: estado.contenido === Secciones.LaSeccion
                 fuente: secciones.vista(estado.seccion)
                 propiedades: ({
-                        modelo: raiz.modelo,
-                        copias: raiz.copias
+                        programa: raiz.programa
                     })
             }
         }
@@ -123,9 +135,18 @@ FocusScope {
         activo: estado.hayCapa
         fuente: "qrc:/qt/qml/Vellora/Ventana/Capas.qml"
         propiedades: ({
-                modelo: raiz.modelo,
-                copias: raiz.copias,
+                programa: raiz.programa,
                 estado: estado
+            })
+    }
+
+    Cargador {
+        anchors.fill: parent
+        focus: activo
+        activo: estado.bloqueada
+        fuente: "qrc:/qt/qml/Vellora/Ventana/VistaBloqueo.qml"
+        propiedades: ({
+                cerradura: raiz.programa.cerradura
             })
     }
 

@@ -1,0 +1,88 @@
+#include "ui/sesion/Programa.h"
+
+#include "backups/Catalogo.h"
+#include "backups/RestaurarCopia.h"
+#include "extraction/SacarMisDatos.h"
+
+#include <QPointer>
+#include <QVariantMap>
+
+using namespace Qt::StringLiterals;
+
+namespace vellora
+{
+
+Programa::Programa(const Copias::HayClave &hayClave)
+    : copias(modelo, hayClave), automaticas(modelo, copias), bateria(modelo)
+{
+    connect(&copias, &Copias::copiaEmpezada, this,
+            [this](const QString &alAcabar) { telegram.avisarAlTerminar(modelo.tarea(), alAcabar); });
+}
+
+void Programa::pedirDevolver()
+{
+    pidiendoDevolver_ = true;
+    emit pidiendoDevolverCambio();
+}
+
+void Programa::resolverDevolver(bool aceptada)
+{
+    pidiendoDevolver_ = false;
+    emit pidiendoDevolverCambio();
+    const auto &elegido = modelo.seleccionado();
+    if (!aceptada || !elegido || modelo.tarea().enMarcha())
+        return;
+    cerradura.confirmar(Cerradura::DevolverCopia, [yo = QPointer(this), udid = elegido->id](bool confirmado) {
+        // The system's question may have stood for long.
+        if (!yo || !confirmado || yo->modelo.tarea().enMarcha() || !yo->modelo.seleccionado() ||
+            yo->modelo.seleccionado()->id != udid)
+            return;
+        yo->cerradura.marcarUso();
+        restaurarCopia(yo->modelo.tarea(), udid, yo->modelo.carpetaCopias());
+    });
+}
+
+void Programa::sacarMisDatos()
+{
+    if (modelo.tarea().enMarcha())
+        return;
+    const auto &elegido = modelo.seleccionado();
+    const auto udid = elegido ? std::optional(elegido->id) : Catalogo::udidDeLaCopia(modelo.carpetaCopias());
+    if (udid)
+        vellora::sacarMisDatos(modelo.tarea(), *udid, modelo.carpetaCopias(), modelo.carpetaDatos());
+}
+
+void Programa::abrirMisDatos()
+{
+    modelo.abrirEnFinder(modelo.carpetaDatos());
+}
+
+void Programa::abrirMiCarpeta()
+{
+    modelo.abrirEnFinder(modelo.carpetaBase());
+}
+
+QVariantList Programa::piezas()
+{
+    const auto pieza = [](const QString &nombre, const QString &para, const QString &licencia) {
+        return QVariantMap{{u"nombre"_s, nombre}, {u"para"_s, para}, {u"licencia"_s, licencia}};
+    };
+    return {
+        pieza(u"Qt "_s + QString::fromLatin1(qVersion()), u"La ventana y todo lo que se ve en ella"_s, u"LGPL-3.0"_s),
+        pieza(u"libimobiledevice"_s, u"Hablar con el iPhone por el cable y hacer las copias"_s,
+              u"LGPL-2.1, y GPL-2.0 sus herramientas"_s),
+        pieza(u"pymobiledevice3"_s, u"Fotos, apps y otros servicios del iPhone"_s, u"GPL-3.0"_s),
+        pieza(u"mvt"_s, u"Buscar programas espía"_s, u"MVT License 1.1"_s),
+        pieza(u"SQLite"_s, u"Leer los datos de una copia"_s, u"Dominio público"_s),
+        pieza(u"OpenSSL"_s, u"Abrir las copias cifradas"_s, u"Apache-2.0"_s),
+        pieza(u"libsecret"_s, u"Guardar la contraseña de las copias en el Llavero"_s, u"LGPL-2.1"_s),
+        pieza(u"Bootstrap Icons"_s, u"Los dibujos"_s, u"MIT"_s),
+        pieza(u"Inter"_s, u"La letra"_s, u"OFL-1.1"_s)};
+}
+
+QString Programa::version()
+{
+    return QStringLiteral(VELLORA_VERSION);
+}
+
+} // namespace vellora

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "backups/Copias.h"
+#include "backups/CopiasAutomaticas.h"
+#include "services/AvisosPorTelegram.h"
+#include "services/Cerradura.h"
+#include "session/BateriaYRed.h"
+#include "session/Modelo.h"
+#include "ui/sesion/AjustesDeVentana.h"
+
+#include <QObject>
+#include <QVariantList>
+#include <qqmlregistration.h>
+
+namespace vellora
+{
+
+/// Everything that the window shows and does, made once for the whole program: the session, the areas' objects and the
+/// few requests that need several of them. Main thread only.
+class Programa : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The program makes it")
+    Q_PROPERTY(vellora::Modelo *modelo READ modeloPuntero CONSTANT)
+    Q_PROPERTY(vellora::Copias *copias READ copiasPuntero CONSTANT)
+    Q_PROPERTY(vellora::CopiasAutomaticas *automaticas READ automaticasPuntero CONSTANT)
+    Q_PROPERTY(vellora::BateriaYRed *bateria READ bateriaPuntero CONSTANT)
+    Q_PROPERTY(vellora::Cerradura *cerradura READ cerraduraPuntero CONSTANT)
+    Q_PROPERTY(vellora::AvisosPorTelegram *telegram READ telegramPuntero CONSTANT)
+    Q_PROPERTY(vellora::AjustesDeVentana *ajustes READ ajustesPuntero CONSTANT)
+    Q_PROPERTY(bool pidiendoDevolver READ pidiendoDevolver NOTIFY pidiendoDevolverCambio)
+    Q_PROPERTY(QVariantList piezas READ piezas CONSTANT)
+    Q_PROPERTY(QString version READ version CONSTANT)
+
+public:
+    explicit Programa(const Copias::HayClave &hayClave);
+
+    Modelo modelo;
+    Copias copias;
+    CopiasAutomaticas automaticas;
+    BateriaYRed bateria;
+    Cerradura cerradura;
+    AvisosPorTelegram telegram;
+    AjustesDeVentana ajustes;
+
+    /// Whether the question stands that comes before putting a backup back.
+    bool pidiendoDevolver() const { return pidiendoDevolver_; }
+    Q_INVOKABLE void pedirDevolver();
+    /// Accepted, the system's own check of the owner follows, and then the work.
+    Q_INVOKABLE void resolverDevolver(bool aceptada);
+    /// Turns the backup of the selected phone, or the first there is, into plain files.
+    Q_INVOKABLE void sacarMisDatos();
+    Q_INVOKABLE void abrirMisDatos();
+    Q_INVOKABLE void abrirMiCarpeta();
+
+    /// What the program stands on, for those who ask: name, version, licence and what it is for.
+    static QVariantList piezas();
+    static QString version();
+
+signals:
+    void pidiendoDevolverCambio();
+
+private:
+    bool pidiendoDevolver_ = false;
+
+    Modelo *modeloPuntero() { return &modelo; }
+    Copias *copiasPuntero() { return &copias; }
+    CopiasAutomaticas *automaticasPuntero() { return &automaticas; }
+    BateriaYRed *bateriaPuntero() { return &bateria; }
+    Cerradura *cerraduraPuntero() { return &cerradura; }
+    AvisosPorTelegram *telegramPuntero() { return &telegram; }
+    AjustesDeVentana *ajustesPuntero() { return &ajustes; }
+};
+
+} // namespace vellora
