@@ -54,7 +54,8 @@ public:
 
     Q_INVOKABLE void abrir();
     Q_INVOKABLE void cerrarAhora();
-    Q_INVOKABLE void marcarUso() { ultimoUso = QDateTime::currentDateTimeUtc(); }
+    Q_INVOKABLE void marcarUso() { ponUltimoUso(QDateTime::currentDateTimeUtc()); }
+    void ponUltimoUso(const QDateTime &momento) { ultimoUso = momento; }
     /// `alResponder` is called once: true when the owner agreed, or when there is no way to ask.
     void confirmar(Motivo motivo, const std::function<void(bool)> &alResponder);
 
