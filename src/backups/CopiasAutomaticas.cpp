@@ -51,10 +51,11 @@ void CopiasAutomaticas::ponSemanal(bool encendida)
     enSegundoPlano(this, encargar, [this, encendida](const std::optional<QString> &fallo) {
         ocupada_ = false;
         semanal_ = encendida && !fallo;
-        if (fallo)
+        if (fallo) {
             aviso_ = *fallo;
-        else if (encendida)
+        } else if (encendida) {
             aviso_ = u"Listo. Cada semana se hará sola, siempre que el iPhone esté conectado y desbloqueado."_s;
+        }
         emit cambio();
     });
 }

@@ -31,7 +31,7 @@ QString operador(const Sesion &sesion)
     if (!lineas)
         return desconocido;
     for (quint32 i = 0; i < lineas->raiz().tamano(); ++i) {
-        const auto nombre = operadorDe(lineas->raiz().en(i)["CFBundleIdentifier"].texto().value_or(QString()));
+        auto nombre = operadorDe(lineas->raiz().en(i)["CFBundleIdentifier"].texto().value_or(QString()));
         if (nombre != desconocido)
             return nombre;
     }

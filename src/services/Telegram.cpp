@@ -72,10 +72,10 @@ std::optional<Config> enFichero(const QString &ruta)
 
 std::optional<Config> configuracion()
 {
-    if (const auto guardada = enElLlavero())
+    if (auto guardada = enElLlavero())
         return guardada;
     for (const auto &fichero : ficheros) {
-        if (const auto hallada = enFichero(QDir::homePath() + fichero))
+        if (auto hallada = enFichero(QDir::homePath() + fichero))
             return hallada;
     }
     return {};

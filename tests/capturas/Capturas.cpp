@@ -191,9 +191,6 @@ void Sesion::bateria()
     foto(u"bateria"_s);
     pulsa(u"Apuntar la medida de hoy"_s);
     espera("the measurement", [this] { return !programa.bateria.medida().isEmpty(); });
-    auto *hoja = ventana->activeFocusItem();
-    for (int i = 0; i < 40 && hoja; ++i)
-        tecla(Qt::Key_PageDown);
     foto(u"bateria-apuntada"_s);
     tecla(Qt::Key_Escape);
     manda(QJsonObject{{u"orden"_s, u"valor"_s},
