@@ -13,6 +13,8 @@
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 
+#include <memory>
+
 namespace vellora
 {
 
@@ -40,7 +42,11 @@ int abrirVentana(int &argc, char **argv)
     if (ventana == nullptr)
         return 1;
     QObject::connect(&unica, &InstanciaUnica::llamada, ventana, [ventana] { traerAlFrente(*ventana); });
-    const Bandeja bandeja(programa, *ventana);
+    // After the first picture: the bar can wait, the owner should not.
+    std::unique_ptr<Bandeja> bandeja;
+    QObject::connect(
+        ventana, &QQuickWindow::frameSwapped, &programa,
+        [&] { bandeja = std::make_unique<Bandeja>(programa, *ventana); }, Qt::SingleShotConnection);
     return QApplication::exec();
 }
 

@@ -21,7 +21,7 @@ constexpr int miradasComoMucho = 2880; // four hours
 } // namespace
 
 AvisosPorTelegram::AvisosPorTelegram(QObject *padre)
-    : QObject(padre), encendido_(Preferencias::logico(claveEncendido)), configurado_(Telegram::configurado())
+    : QObject(padre), encendido_(Preferencias::logico(claveEncendido))
 {
 }
 

@@ -27,6 +27,7 @@ public:
     explicit AvisosPorTelegram(QObject *padre = nullptr);
 
     bool encendido() const { return encendido_; }
+    /// As `mirar` found it last.
     bool configurado() const { return configurado_; }
     bool pidiendoDatos() const { return pidiendoDatos_; }
     bool probando() const { return probando_; }

@@ -42,7 +42,8 @@ Cerradura::Cerradura(QObject *padre) : QObject(padre)
 
 QString Cerradura::metodo()
 {
-    return ComprobacionDelDueno::hayHuella() ? u"tu huella"_s : u"la contraseña del Mac"_s;
+    static const bool porHuella = ComprobacionDelDueno::hayHuella();
+    return porHuella ? u"tu huella"_s : u"la contraseña del Mac"_s;
 }
 
 void Cerradura::abrir()

@@ -69,6 +69,9 @@ void colocar(QQuickWindow &ventana, AjustesDeVentana &ajustes)
 QQuickWindow *abrirVentanaPrincipal(QQmlApplicationEngine &motor, const ObjetosDeVentana &objetos)
 {
     vestir(objetos);
+    // Before the views: where there is nobody to ask, the lock's own is never made.
+    if (!objetos.programa.cerradura.abierta())
+        objetos.programa.cerradura.abrir();
     motor.addImportPath(QStringLiteral("qrc:/qt/qml"));
     motor.setInitialProperties({{QStringLiteral("programa"), QVariant::fromValue(&objetos.programa)},
                                 {QStringLiteral("falta"), objetos.falta}});

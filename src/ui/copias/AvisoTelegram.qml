@@ -9,6 +9,7 @@ Column {
     required property AvisosPorTelegram telegram
 
     spacing: 6
+    Component.onCompleted: raiz.telegram.mirar()
 
     Interruptor {
         width: parent.width

@@ -11,7 +11,6 @@ Pagina {
     required property Programa programa
 
     titulo: "Ajustes"
-    Component.onCompleted: raiz.programa.telegram.mirar()
 
     GrupoDeAjustes {
         width: Math.min(parent.width, 760)

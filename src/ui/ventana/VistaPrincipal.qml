@@ -34,8 +34,6 @@ FocusScope {
         onSale: raiz.sale()
     }
 
-    Component.onCompleted: if (estado.bloqueada) raiz.programa.cerradura.abrir()
-
     Keys.onPressed: tecla => {
         if (estado.hayCapa || !estado.hayHerramientas || estado.bloqueada)
             return;
