@@ -20,8 +20,7 @@ constexpr int miradasComoMucho = 2880; // four hours
 
 } // namespace
 
-AvisosPorTelegram::AvisosPorTelegram(QObject *padre)
-    : QObject(padre), encendido_(Preferencias::logico(claveEncendido))
+AvisosPorTelegram::AvisosPorTelegram(QObject *padre) : QObject(padre), encendido_(Preferencias::logico(claveEncendido))
 {
 }
 
