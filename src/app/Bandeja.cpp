@@ -55,8 +55,10 @@ void Bandeja::ponMenu()
     connect(menu.addAction(u"Abrir mi carpeta"_s), &QAction::triggered, &programa, &Programa::abrirMiCarpeta);
     connect(menu.addAction(u"Abrir Vellora"_s), &QAction::triggered, this, [this] { traerAlFrente(ventana); });
     connect(menu.addAction(u"Salir"_s), &QAction::triggered, this, [this] {
-        if (!programa.modelo.tarea().enMarcha())
+        if (!programa.modelo.tarea().enMarcha()) {
+            ventana.setProperty("saliendo", true); // or it would stay in the bar
             return QApplication::quit();
+        }
         traerAlFrente(ventana);
         QMetaObject::invokeMethod(&ventana, "preguntaAlSalir");
     });

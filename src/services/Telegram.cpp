@@ -108,6 +108,8 @@ void enviar(QObject *contexto, const QString &texto,
     QNetworkRequest peticion(*url);
     peticion.setHeader(QNetworkRequest::ContentTypeHeader, u"application/json"_s);
     peticion.setTransferTimeout(milisegundosDeEspera);
+    // The address holds the token: nobody sends it elsewhere.
+    peticion.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
     const QJsonObject cuerpo{{u"chat_id"_s, cual->chat}, {u"text"_s, texto}};
     auto *red = new QNetworkAccessManager(contexto);
     auto *respuesta = red->post(peticion, QJsonDocument(cuerpo).toJson(QJsonDocument::Compact));

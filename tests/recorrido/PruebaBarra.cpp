@@ -5,6 +5,7 @@
 #include <QDBusConnection>
 #include <QDBusContext>
 #include <QDir>
+#include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTest>
@@ -93,6 +94,11 @@ void PruebaBarra::cleanup()
 
 void PruebaBarra::unIconoConSuMenu()
 {
+    // Staying in the bar when its window closes must not keep it from ending.
+    QDir().mkpath(QDir::homePath() + u"/.config/vellora"_s);
+    QFile ajustes(QDir::homePath() + u"/.config/vellora/vellora.conf"_s);
+    QVERIFY(ajustes.open(QIODevice::WriteOnly) && ajustes.write("[General]\nseguirEnLaBarra=true\n") > 0);
+    ajustes.close();
     const auto vellora = arrancar();
     QTRY_VERIFY_WITH_TIMEOUT(!barra.iconos.isEmpty(), 20000);
     const QStringList conTelefono{u"iPhone de Marta · 38,2 GB libres"_s,

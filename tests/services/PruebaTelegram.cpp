@@ -162,6 +162,7 @@ void PruebaTelegram::envios_data()
     QTest::addColumn<QString>("dicho");
     QTest::newRow("taken") << u"77"_s << QString();
     QTest::newRow("unauthorized") << u"401"_s << u"Telegram devolvió 401"_s;
+    QTest::newRow("sent elsewhere") << u"302"_s << u"Telegram devolvió 302"_s;
     QTest::newRow("out of order") << u"500"_s << u"Telegram devolvió 500"_s;
 }
 

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Plays the bot interface over HTTPS for a test: servidor-telegram.py CERTIFICATE KEY LOG
 
-Prints its port. Each request is a line of the log: path, a blank, body. The chat decides the answer: "401" and "500" are
-those states, "lento" waits for longer than anyone should, "corta" hangs up; anything else is taken.
+Prints its port. Each request is a line of the log: path, a blank, body. The chat decides the answer: "302", "401" and
+"500" are those states, "lento" waits for longer than anyone should, "corta" hangs up; anything else is taken.
 """
 import http.server
 import json
@@ -22,7 +22,8 @@ class Bot(http.server.BaseHTTPRequestHandler):
         if chat == "corta":
             self.connection.close()
             return
-        self.send_response(int(chat) if chat in ("401", "500") else 200)
+        self.send_response(int(chat) if chat in ("302", "401", "500") else 200)
+        self.send_header("Location", "/otro-sitio")
         self.send_header("Content-Type", "application/json")
         self.end_headers()
         self.wfile.write(b'{"ok":true}')
