@@ -10,10 +10,12 @@
 #include "ui/sesion/Programa.h"
 
 #include <QApplication>
+#include <QFontDatabase>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 
 #include <memory>
+#include <thread>
 
 namespace vellora
 {
@@ -24,6 +26,8 @@ int abrirVentana(int &argc, char **argv)
     QApplication::setApplicationName(QStringLiteral("vellora"));
     QApplication::setApplicationDisplayName(QStringLiteral("Vellora"));
     QApplication::setDesktopFileName(QStringLiteral("es.vellora.Vellora"));
+    // The system's fonts are looked through while the rest is made.
+    const std::jthread letras([] { QFontDatabase::hasFamily(QStringLiteral("Inter")); });
     InstanciaUnica unica;
     if (unica.yaHayOtra())
         return 0;
