@@ -172,6 +172,7 @@ void Sesion::recienConectado()
     pulsa(u"Desbloquear"_s);
     tecla(Qt::Key_1, Qt::ControlModifier);
     bateria();
+    tecla(Qt::Key_4, Qt::ControlModifier);
 }
 
 void Sesion::bateria()
