@@ -127,6 +127,11 @@ std::optional<BaseDelTelefono> abrirPublico(const QString &fichero)
 {
     if (!QFileInfo(fichero).isFile())
         return {};
+    // Without a log there are no latest changes to take in, and what is only read needs no copy.
+    if (QFileInfo(fichero + u"-wal"_s).size() == 0) {
+        if (auto directa = BaseDeDatos::abrir(fichero))
+            return BaseDelTelefono(*std::move(directa), {});
+    }
     const auto carpeta = carpetaDeCopias();
     const auto copia = carpeta + u'/' + QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper() + u'-' +
                        QFileInfo(fichero).fileName();

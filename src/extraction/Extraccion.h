@@ -19,7 +19,8 @@
 namespace vellora::Extraccion
 {
 
-/// A private copy of a database of the phone, with its latest changes taken in; it is removed with this object.
+/// A database of the phone with its latest changes taken in: where there are any, in a private copy, which is removed
+/// with this object.
 class BaseDelTelefono
 {
 public:
@@ -43,7 +44,8 @@ private:
     QString copia; ///< empty when the file is read where it is
 };
 
-/// Opens a private copy or, when that cannot be made, the file itself. Absent for a missing file.
+/// Opens a private copy or, when that cannot be made or there is nothing in the log, the file itself. Absent for a
+/// missing file.
 std::optional<BaseDelTelefono> abrirPublico(const QString &fichero);
 /// Files of that very name under a folder, in the order of the walk; links are not looked at.
 QStringList buscar(const QString &nombre, const QString &dentro);
