@@ -91,6 +91,8 @@ void mirar(Tarea &tarea, const QStringList &orden, const QString &titulo, const 
     };
     tarea.lanzarMotorPublico(orden, titulo, false, avisado, terminado);
     *numero = tarea.trabajo(); // nothing of the child arrives before the main loop runs again
+    if (!Motor::disponible())
+        alAcabar(); // the job has been closed, and no child will end
 }
 
 } // namespace

@@ -1,3 +1,6 @@
+#include "core/Diario.h"
+#include "core/Motor.h"
+#include "core/Tarea.h"
 #include "session/OperacionesDeBateria.h"
 
 #include <QDir>
@@ -19,6 +22,7 @@ private slots:
     void redConAlgo();
     void salidasDelMotor();
     void historiales();
+    void sinMotor();
 };
 
 void PruebaBateria::veredictos_data()
@@ -112,6 +116,25 @@ void PruebaBateria::historiales()
     const auto leido = leer("[{\"fecha\":\"01/02/2026\",\"salud\":92},{\"fecha\":7,\"salud\":90},{\"salud\":90},null,"
                             "{\"fecha\":\"03/04/2026\",\"salud\":\"x\"},{\"fecha\":\"05/06/2026\",\"salud\":89}]");
     QCOMPARE(leido, (HistorialBateria{{u"01/02/2026"_s, 92}, {u"05/06/2026"_s, 89}}));
+}
+
+void PruebaBateria::sinMotor()
+{
+    QVERIFY(!Motor::disponible()); // there is none beside this test
+    Diario diario;
+    Tarea tarea(diario);
+    int veces = 0;
+    mirarRed(tarea, u"nadie"_s, [&](const std::optional<InfoRed> &red) {
+        QVERIFY(!red);
+        ++veces;
+    });
+    mirarBateria(tarea, u"nadie"_s, {}, [&](const std::optional<DatosBateria> &pila, const HistorialBateria &) {
+        QVERIFY(!pila);
+        ++veces;
+    });
+    QCOMPARE(veces, 2);
+    QVERIFY(!tarea.enMarcha() && tarea.terminadaBien() == false);
+    QCOMPARE(tarea.registro().last(), u"No encuentro el motor del iPhone dentro de la app."_s);
 }
 
 QTEST_GUILESS_MAIN(PruebaBateria)
