@@ -37,6 +37,32 @@ class Casa:
             self.entorno.pop(sobra, None)
 
 
+class ServidorGrafico:
+    """An X server of its own, that the programs of `casa` draw on while it lives."""
+
+    def __init__(self, casa):
+        self.casa = casa
+        lee, escribe = os.pipe()
+        orden = ["Xvfb", "-displayfd", str(escribe), "-screen", "0", "1920x1200x24", "-nolisten", "tcp"]
+        self.proceso = subprocess.Popen(orden, pass_fds=[escribe], stderr=subprocess.DEVNULL)
+        os.close(escribe)
+        with os.fdopen(lee) as numero:
+            self.pantalla = numero.readline().strip()
+        if not self.pantalla:
+            sys.exit("Xvfb no arrancó")
+
+    def __enter__(self):
+        self.antes = self.casa.entorno["QT_QPA_PLATFORM"]
+        self.casa.entorno.update(QT_QPA_PLATFORM="xcb", DISPLAY=f":{self.pantalla}")
+        return self
+
+    def __exit__(self, *_):
+        self.casa.entorno["QT_QPA_PLATFORM"] = self.antes
+        del self.casa.entorno["DISPLAY"]
+        self.proceso.terminate()
+        self.proceso.wait()
+
+
 class Telefono:
     """The simulated phone as a process; the tools of `casa` talk to it while it lives."""
 
