@@ -2,6 +2,7 @@
 
 #include "core/SegundoPlano.h"
 #include "core/Tarea.h"
+#include "extraction/Conversacion.h"
 #include "extraction/Extraccion.h"
 #include "platform/Llavero.h"
 
@@ -48,6 +49,8 @@ void leer(Tarea &tarea, const QString &destino, bool cifrada)
     tarea.ponAvance(tarea.hechos(), 0);
     const auto trabajo = [desde = carpetaDesempaquetada(), destino] {
         auto resumen = Extraccion::todo(desde, destino);
+        if (const auto pagina = Extraccion::chatsEnPagina(destino))
+            resumen << *pagina;
         QDir(desde).removeRecursively();
         return resumen;
     };

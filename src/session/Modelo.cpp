@@ -6,6 +6,7 @@
 #include "core/Preferencias.h"
 #include "core/SegundoPlano.h"
 #include "platform/GestorDeArchivos.h"
+#include "session/Carpetas.h"
 #include "session/Detector.h"
 #include "session/Migracion.h"
 
@@ -52,17 +53,6 @@ Dispositivo fundir(Dispositivo fresco, const Dispositivo *anterior)
     if (fresco.modeloCrudo == "desconocido"_L1)
         fresco.modeloCrudo = anterior->modeloCrudo;
     return fresco;
-}
-
-/// The phone's name as one component of a path: never a way out of the folder, never longer than a file system takes.
-QString comoNombreDeCarpeta(const QString &nombre)
-{
-    constexpr qsizetype maximoEnBytes = 255;
-    auto componente = QString(nombre).replace(u'/', u'-').remove(QChar::Null);
-    while (componente.toUtf8().size() > maximoEnBytes)
-        componente.chop(componente.back().isLowSurrogate() ? 2 : 1);
-    const bool sinNombre = componente.isEmpty() || componente == u"." || componente == u"..";
-    return sinNombre ? u"iPhone"_s : componente;
 }
 
 } // namespace
@@ -193,12 +183,7 @@ void Modelo::marcarConocido(const QString &udid)
 
 QString Modelo::carpetaBase() const
 {
-    const QDir raiz(QDir::homePath() + u"/Vellora"_s);
-    if (seleccionado_)
-        return raiz.filePath(comoNombreDeCarpeta(seleccionado_->nombre));
-    auto carpetas = raiz.entryList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Unsorted);
-    std::sort(carpetas.begin(), carpetas.end());
-    return raiz.filePath(carpetas.isEmpty() ? u"iPhone"_s : carpetas.first());
+    return Carpetas::base(seleccionado_);
 }
 
 QString Modelo::carpetaCopias() const
@@ -208,7 +193,12 @@ QString Modelo::carpetaCopias() const
 
 QString Modelo::carpetaDatos() const
 {
-    return carpetaBase() + u"/Mis datos"_s;
+    return Carpetas::datos(seleccionado_);
+}
+
+QString Modelo::carpetaFotosParaIA() const
+{
+    return Carpetas::fotosParaIA(seleccionado_);
 }
 
 std::optional<qint64> Modelo::libreEnElMac() const

@@ -61,6 +61,7 @@ public:
     QString carpetaBase() const;
     QString carpetaCopias() const;
     QString carpetaDatos() const;
+    QString carpetaFotosParaIA() const;
     /// Bytes that may be used on the volume of the home folder; absent when it does not tell.
     std::optional<qint64> libreEnElMac() const;
     /// Absent when `bytes` and a margin of two decimal gigabytes fit; otherwise the sentence for the owner.

@@ -18,13 +18,15 @@ namespace
 struct Orden {
     const char *nombre;
     int (*ejecutar)(const OpcionesDeOrden &);
-    bool admiteUdid;
-    bool admiteCarpeta;
+    bool admiteUdid = false;
+    bool admiteCarpeta = false;
+    bool pidePalabra = false;
 };
 
-constexpr std::array ordenes{Orden{"dispositivos", &ordenDispositivos, false, false},
-                             Orden{"copia", &ordenCopia, true, false}, Orden{"cifrar", &ordenCifrar, true, false},
-                             Orden{"datos", &ordenDatos, true, true}, Orden{"diario", &ordenDiario, false, false}};
+constexpr std::array ordenes{
+    Orden{"dispositivos", &ordenDispositivos}, Orden{"buscar", &ordenBuscar, false, false, true},
+    Orden{"copia", &ordenCopia, true},         Orden{"cifrar", &ordenCifrar, true},
+    Orden{"datos", &ordenDatos, true, true},   Orden{"diario", &ordenDiario}};
 
 const Orden *buscar(const QString &nombre)
 {
@@ -45,6 +47,8 @@ QString ayuda()
            "                                    que las copias vayan cifradas; pide la contraseña\n"
            "     vellora datos [--udid U] [--a DIR] [--json]\n"
            "                                    saca de la copia mensajes, WhatsApp, contactos…\n"
+           "     vellora buscar PALABRA [--json]\n"
+           "                                    en todo lo que se ha sacado\n"
            "     vellora diario [--json]        qué ha pasado\n"
            "\n"
            "Termina con 0 si salió bien, 1 si salió mal, 2 si está mal escrita, 3 si falta una pieza."_s;
@@ -76,8 +80,10 @@ int ejecutarOrden(int argc, char **argv)
         return SalidaBien;
     }
     const auto palabras = lector.positionalArguments();
-    const auto *orden = palabras.size() == 1 ? buscar(palabras.first()) : nullptr;
-    if (orden == nullptr)
+    const auto *orden = palabras.isEmpty() ? nullptr : buscar(palabras.first());
+    if (orden != nullptr && orden->pidePalabra && palabras.size() == 1)
+        return malUso(u"Falta la palabra que buscar."_s);
+    if (orden == nullptr || (palabras.size() > 1 && !orden->pidePalabra))
         return malUso(u"No conozco esa orden: "_s + palabras.join(u' '));
     if (lector.isSet(udid) && !orden->admiteUdid)
         return malUso(u"--udid no va con "_s + palabras.first());
@@ -89,6 +95,7 @@ int ejecutarOrden(int argc, char **argv)
         opciones.udid = lector.value(udid);
     if (lector.isSet(carpeta))
         opciones.carpeta = lector.value(carpeta);
+    opciones.palabra = palabras.mid(1).join(u' ');
     return orden->ejecutar(opciones);
 }
 

@@ -14,6 +14,7 @@ struct OpcionesDeOrden {
     bool json = false;
     std::optional<QString> udid;
     std::optional<QString> carpeta; ///< where the result goes
+    QString palabra;                ///< what is looked for
 };
 
 /// The program without a window: the same operations as subcommands. Results go to standard output, words to standard
@@ -21,6 +22,7 @@ struct OpcionesDeOrden {
 int ejecutarOrden(int argc, char **argv);
 
 int ordenDispositivos(const OpcionesDeOrden &opciones);
+int ordenBuscar(const OpcionesDeOrden &opciones);
 int ordenCopia(const OpcionesDeOrden &opciones);
 int ordenCifrar(const OpcionesDeOrden &opciones);
 int ordenDatos(const OpcionesDeOrden &opciones);

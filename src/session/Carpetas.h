@@ -1,0 +1,23 @@
+#pragma once
+
+#include "session/Dispositivo.h"
+
+#include <QString>
+
+#include <optional>
+
+/// Where what belongs to each phone is kept. Nothing is created. Main thread only, for the settings.
+namespace vellora::Carpetas
+{
+
+/// Folder of the phone under "Vellora"; without a phone, the first folder there by name, or "iPhone".
+QString base(const std::optional<Dispositivo> &elegido);
+QString datos(const std::optional<Dispositivo> &elegido);
+/// The folder that the owner chose for the phone's photos, while it is there; else "Fotos".
+QString fotos(const std::optional<Dispositivo> &elegido);
+/// The folder whose photos are looked into: "Fotos recuperadas" when it holds more than the other.
+QString fotosParaIA(const std::optional<Dispositivo> &elegido);
+/// Whether "Vellora" holds the folders of more than one phone.
+bool hayVarias();
+
+} // namespace vellora::Carpetas
