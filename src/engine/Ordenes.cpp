@@ -19,6 +19,7 @@ struct Orden {
 constexpr std::array ordenes{
     Orden{"bateria"_L1, &bateria, "udid"_L1},
     Orden{"bateria-historial"_L1, &bateriaHistorial, "udid fichero"_L1},
+    Orden{"contrasenas"_L1, &contrasenas, "udid copia"_L1},
     Orden{"extraer"_L1, &extraer, "udid copias destino"_L1},
     Orden{"red"_L1, &red, "udid"_L1},
 };

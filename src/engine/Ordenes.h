@@ -28,6 +28,12 @@ int bateria(const QStringList &argumentos, Avisos &avisar);
 /// salud (percent), or replaces that of today. One notice "historial": mediciones, salud, ciclos, desde, salud_inicial.
 int bateriaHistorial(const QStringList &argumentos, Avisos &avisar);
 
+/// "contrasenas" UDID COPIA CLAVE: the saved passwords of the phone, out of that backup. Notices: "contrasenas" lista,
+/// as many as it takes, whose elements have donde, tipo ("wifi", "internet" or "app"), usuario and clave; then "fin"
+/// cuantas, cerradas (bound to the phone), sin_texto. "sin_cifrar" alone where the backup is not encrypted. The
+/// password may be empty then. Passwords go to no file, not even a temporary one.
+int contrasenas(const QStringList &argumentos, Avisos &avisar);
+
 /// "red" UDID: one notice "red": operador, telefono, sim_estado (in words), wifi_on, avion.
 int red(const QStringList &argumentos, Avisos &avisar);
 
