@@ -1,4 +1,4 @@
-#include "extraction/Contactos.h"
+#include "extraction/Contacto.h"
 #include "extraction/Extraccion.h"
 #include "support/BaseDePrueba.h"
 

@@ -1,4 +1,4 @@
-#include "extraction/Contactos.h"
+#include "extraction/Contacto.h"
 
 #include "core/EscritorDeTexto.h"
 #include "core/Formato.h"
