@@ -51,4 +51,9 @@ QString tamano(std::optional<qint64> bytes)
     return conDecimales(megas / 1e3, 2) + u" GB"_s;
 }
 
+QString entero(qint64 numero)
+{
+    return numero < 0 ? u'-' + conMiles(-numero) : conMiles(numero);
+}
+
 } // namespace vellora::Formato

@@ -16,4 +16,7 @@ const QLocale &espanol();
 /// Absent gives "—".
 QString tamano(std::optional<qint64> bytes);
 
+/// "1234", "12.345".
+QString entero(qint64 numero);
+
 } // namespace vellora::Formato

@@ -136,7 +136,7 @@ void Tarea::cerrar(bool bien)
 }
 
 void Tarea::lanzarMotorPublico(const QStringList &argumentos, const QString &titulo, bool confirmado,
-                               const AlAvisar &alAvisar, const AlTerminar &alTerminar)
+                               const AlAvisar &alAvisar, const AlTerminar &alTerminar, LoDemas loDemas)
 {
     const auto &motor = Motor::lanzamiento();
     if (!motor) {
@@ -156,12 +156,12 @@ void Tarea::lanzarMotorPublico(const QStringList &argumentos, const QString &tit
     }
 
     ejecutorMotor.entornoExtra = entornoDelMotor(confirmado);
-    const auto linea = [this, numero = trabajo_, alAvisar](const QString &texto) {
+    const auto linea = [this, numero = trabajo_, alAvisar, loDemas](const QString &texto) {
         if (!sigue(numero))
             return;
         if (const auto aviso = Motor::interpretar(texto))
             alAvisar(*aviso);
-        else
+        else if (loDemas == LoDemas::AlRegistro)
             apunta(texto);
     };
     ejecutorMotor.lanzar(motor->ejecutable, motor->argumentos + argumentos, linea, alTerminar);

@@ -83,8 +83,11 @@ public:
     /// to `alAvisar` and other lines to the log, both only while this job runs. `alTerminar` gets the exit status, also
     /// after a cancel, and has to `cerrar`; it is not called when there is no engine, which closes the job as failed.
     /// `confirmado`: the owner has agreed to what the command destroys; without it the engine only plans.
+    /// `loDemas`: a command whose notices hold secrets keeps even the shreds of a broken one out of the log.
+    enum class LoDemas { AlRegistro, Callado };
     void lanzarMotorPublico(const QStringList &argumentos, const QString &titulo, bool confirmado,
-                            const AlAvisar &alAvisar, const AlTerminar &alTerminar);
+                            const AlAvisar &alAvisar, const AlTerminar &alTerminar,
+                            LoDemas loDemas = LoDemas::AlRegistro);
 
     /// Dismisses the notice of an ended job.
     Q_INVOKABLE void cerrarAviso();

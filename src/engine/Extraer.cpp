@@ -71,6 +71,12 @@ std::optional<QByteArray> sitioDe(const CopiaAbierta::Entrada &entrada)
     return {};
 }
 
+std::optional<QByteArray> sitioDeLaAgenda(const CopiaAbierta::Entrada &entrada)
+{
+    const auto nombre = entrada.ruta.sliced(entrada.ruta.lastIndexOf('/') + 1);
+    return nombre.startsWith("AddressBook") ? sitioDe(entrada) : std::nullopt;
+}
+
 /// The second argument is the folder of the backups or that of one backup.
 QString carpetaDeLaCopia(const QString &copias, const QString &udid)
 {
@@ -104,7 +110,8 @@ int extraer(const QStringList &argumentos, Avisos &avisar)
     if (!copia)
         return avisar.error(copia.motivo());
 
-    const Sacador sacador(*copia, &sitioDe);
+    const bool soloLaAgenda = argumentos.value(3) == "agenda"_L1;
+    const Sacador sacador(*copia, soloLaAgenda ? &sitioDeLaAgenda : &sitioDe);
     const auto plan = sacador.planear();
     if (const auto falta = faltaDeSitio(plan, deTrabajo->libres()))
         return avisar.error(*falta);

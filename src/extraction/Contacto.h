@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QHash>
 #include <QList>
+#include <QMetaType>
+#include <QObject>
 #include <QString>
 #include <QStringList>
 
@@ -11,6 +13,16 @@ namespace vellora
 
 /// A person of the phone's address book.
 struct Contacto {
+    Q_GADGET
+    Q_PROPERTY(QString nombre MEMBER nombre)
+    Q_PROPERTY(QString apellidos MEMBER apellidos)
+    Q_PROPERTY(QString empresa MEMBER empresa)
+    Q_PROPERTY(QStringList telefonos MEMBER telefonos)
+    Q_PROPERTY(QStringList correos MEMBER correos)
+    Q_PROPERTY(QString nota MEMBER nota)
+    Q_PROPERTY(QString comoSeLlama READ comoSeLlama)
+
+public:
     qint64 id = 0; ///< row of the person in the phone's database
     QString nombre;
     QString apellidos;

@@ -1,93 +1,282 @@
-#include "core/EscritorDeTexto.h"
-#include "extraction/Extraccion.h"
-#include "extraction/Grupos.h"
-#include "extraction/Medios.h"
+#include "extraction/Conversaciones.h"
 
-#include <QDir>
+#include "core/SegundoPlano.h"
+#include "extraction/ExportarPDF.h"
+#include "extraction/Textos.h"
+
+#include <QClipboard>
+#include <QFile>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QSaveFile>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
-namespace vellora::Extraccion
+namespace vellora
 {
 
 namespace
 {
 
-constexpr auto consultaMensajes = "SELECT IFNULL(h.id,'Desconocido'), m.date, m.is_from_me, IFNULL(m.text,'') "
-                                  "FROM message m "
-                                  "LEFT JOIN handle h ON h.ROWID = m.handle_id "
-                                  "WHERE m.text IS NOT NULL AND m.text <> ''";
-constexpr auto ordenMensajes = "ORDER BY h.id, m.date";
-
-constexpr auto consultaWhatsApp = "SELECT IFNULL(s.ZPARTNERNAME, s.ZCONTACTJID), m.ZMESSAGEDATE, "
-                                  "m.ZISFROMME, IFNULL(m.ZTEXT,'') "
-                                  "FROM ZWAMESSAGE m "
-                                  "JOIN ZWACHATSESSION s ON s.Z_PK = m.ZCHATSESSION";
-constexpr auto ordenWhatsApp = "ORDER BY s.ZPARTNERNAME, m.ZMESSAGEDATE";
-
-/// "[dd/MM/yyyy HH:mm] SENDER: TEXT" for each row of other party, date, own, text; one file for each other party.
-Grupos::Total escribirConversaciones(const BaseDelTelefono &base, const char *consulta, const char *orden,
-                                     const QByteArray &sinTexto, CarpetaDeDestino &carpeta, const QByteArray &relativa)
+/// The hour of "dd/MM/yyyy HH:mm"; a date of another form is shown whole.
+QString horaDe(const QString &cuando)
 {
-    Grupos grupos(carpeta, relativa);
-    QByteArray linea;
-    QByteArray otro;
-    base.porCadaFila(consulta, orden, [&](const Fila &fila) {
-        otro.resize(0);
-        ponerTextoLimpio(otro, fila.utf8(0));
-        linea.resize(0);
-        linea += '[';
-        ponerFecha(linea, fila, 1);
-        linea += "] ";
-        linea += fila.utf8(2) == QByteArrayView("1") ? QByteArrayView("YO") : QByteArrayView(otro);
-        linea += ": ";
-        const auto antes = linea.size();
-        ponerTexto(linea, fila, 3);
-        if (linea.size() == antes)
-            linea += sinTexto;
-        grupos.linea(otro, linea);
-    });
-    return grupos.cerrar();
+    constexpr qsizetype entera = 16;
+    return cuando.size() == entera && cuando[10] == u' ' ? cuando.sliced(11) : cuando;
 }
 
-std::optional<QString> chatsDeWhatsApp(const QString &desde, CarpetaDeDestino &carpeta)
+/// In place of a file of that name, once everything is on the disk.
+bool escribirEntero(const QString &fichero, const QByteArray &bytes)
 {
-    const auto base = abrirPublico(buscarPublico(u"ChatStorage.sqlite"_s, desde + u"/WhatsApp"_s));
-    if (!base)
-        return {};
-    const auto total = escribirConversaciones(*base, consultaWhatsApp, ordenWhatsApp, "(foto, audio o adjunto)",
-                                              carpeta, "WhatsApp/Chats");
-    if (total.filas == 0)
-        return {};
-    return u"WhatsApp: %1 mensajes en %2 chats"_s.arg(total.filas).arg(total.grupos);
+    QSaveFile salida(fichero);
+    return salida.open(QIODevice::WriteOnly) && salida.write(bytes) == bytes.size() && salida.commit();
+}
+
+/// The file as it is; on its own name that is done already.
+bool copiarA(const QString &origen, const QString &destino)
+{
+    QFile entrada(origen);
+    if (QFileInfo(origen) == QFileInfo(destino))
+        return entrada.exists();
+    QSaveFile salida(destino);
+    if (!entrada.open(QIODevice::ReadOnly) || !salida.open(QIODevice::WriteOnly))
+        return false;
+    constexpr qint64 trozo = 1 << 20;
+    while (!entrada.atEnd()) {
+        const auto bytes = entrada.read(trozo);
+        if (bytes.isEmpty() || salida.write(bytes) != bytes.size())
+            return false;
+    }
+    return salida.commit();
+}
+
+QString enLineas(const Mensajes &mensajes)
+{
+    QStringList lineas;
+    lineas.reserve(mensajes.cuantos());
+    for (qsizetype i = 0; i < mensajes.cuantos(); ++i) {
+        const auto uno = mensajes.mensaje(i);
+        lineas << uno.cuando + u' ' + (uno.mio ? u"Yo"_s : uno.quien) + u": "_s + uno.texto;
+    }
+    return lineas.join(u'\n');
 }
 
 } // namespace
 
-std::optional<QString> mensajes(const QString &desde, const QString &a)
+void ModeloDeMensajes::poner(const Mensajes &nuevos)
 {
-    const auto base = abrirPublico(buscarPublico(u"sms.db"_s, desde));
-    auto carpeta = CarpetaDeDestino::abrir(a);
-    if (!base || !carpeta)
-        return {};
-    const auto total = escribirConversaciones(*base, consultaMensajes, ordenMensajes, {}, *carpeta, "Mensajes");
-    if (total.filas == 0)
-        return {};
-    return u"Mensajes: %1 en %2 conversaciones (carpeta Mensajes)"_s.arg(total.filas).arg(total.grupos);
+    beginResetModel();
+    mensajes = nuevos;
+    endResetModel();
 }
 
-std::optional<QString> whatsapp(const QString &desde, const QString &a)
+int ModeloDeMensajes::rowCount(const QModelIndex &padre) const
 {
-    auto carpeta = CarpetaDeDestino::abrir(a);
-    if (!carpeta)
-        return {};
-    QStringList lineas;
-    if (const auto chats = chatsDeWhatsApp(desde, *carpeta))
-        lineas << *chats;
-    const auto medios = copiarMedios(desde + u"/WhatsApp/Media"_s, *carpeta, "WhatsApp", "Fotos y audios");
-    if (medios > 0)
-        lineas << u"WhatsApp: %1 fotos, audios y vídeos"_s.arg(medios);
-    return lineas.isEmpty() ? std::nullopt : std::optional(lineas.join(u'\n'));
+    return padre.isValid() ? 0 : static_cast<int>(mensajes.cuantos());
 }
 
-} // namespace vellora::Extraccion
+QVariant ModeloDeMensajes::data(const QModelIndex &indice, int papel) const
+{
+    if (!checkIndex(indice, CheckIndexOption::IndexIsValid))
+        return {};
+    const auto fila = indice.row();
+    if (papel == PapelDia) {
+        const auto dia = mensajes.dia(fila);
+        return fila > 0 && dia == mensajes.dia(fila - 1) ? QString() : dia;
+    }
+    const auto uno = mensajes.mensaje(fila);
+    switch (papel) {
+    case PapelMio:
+        return uno.mio;
+    case PapelQuien:
+        return uno.quien;
+    case PapelHora:
+        return horaDe(uno.cuando);
+    case PapelTexto:
+        return uno.texto;
+    case PapelColor:
+        return static_cast<int>(qHash(uno.quien, 0) % colores);
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> ModeloDeMensajes::roleNames() const
+{
+    return {{PapelMio, "mio"},     {PapelQuien, "quien"}, {PapelHora, "hora"},
+            {PapelTexto, "texto"}, {PapelDia, "dia"},     {PapelColor, "tono"}};
+}
+
+Conversaciones::Conversaciones(QObject *padre) : QAbstractListModel(padre) {}
+
+void Conversaciones::abrir(const QString &carpeta, const QString &titulo, const QString &fichero)
+{
+    ++vuelta;
+    titulo_ = titulo;
+    busqueda_.clear();
+    mensaje_.clear();
+    pdf.clear();
+    cargando_ = false;
+    haciendoPdf_ = false;
+    chats.clear();
+    elegido_.reset();
+    for (const auto &uno : ficherosDeTexto(carpeta)) {
+        if (uno == fichero)
+            elegido_ = chats.size();
+        chats.append({nombreDeChat(uno), uno, {}, false});
+    }
+    if (!chats.isEmpty() && !elegido_)
+        elegido_ = 0;
+    mostrar();
+    cargarChat();
+}
+
+void Conversaciones::cargarChat()
+{
+    const bool listo = !elegido_ || chats[*elegido_].cargada;
+    cargando_ = !listo;
+    enVista.poner(elegido_ && listo ? chats[*elegido_].mensajes : Mensajes());
+    emit cambio();
+    if (listo) {
+        emit chatCargado();
+        return;
+    }
+    const auto cual = *elegido_;
+    const auto trabajo = [fichero = chats[cual].fichero] {
+        return Mensajes::leer(fichero);
+    };
+    enSegundoPlano(this, trabajo, [this, cual, suya = vuelta](const Mensajes &leidos) {
+        if (suya != vuelta)
+            return;
+        chats[cual].mensajes = leidos;
+        chats[cual].cargada = true;
+        if (elegido_ == cual)
+            cargarChat();
+    });
+}
+
+void Conversaciones::elegir(int fila)
+{
+    if (fila < 0 || fila >= visibles.size() || elegido_ == visibles[fila])
+        return;
+    elegido_ = visibles[fila];
+    mensaje_.clear();
+    cargarChat();
+}
+
+int Conversaciones::filaElegida() const
+{
+    return elegido_ ? static_cast<int>(visibles.indexOf(*elegido_)) : -1;
+}
+
+QString Conversaciones::nombre() const
+{
+    return elegido_ ? chats[*elegido_].nombre : QString();
+}
+
+int Conversaciones::cuantos() const
+{
+    return elegido_ ? static_cast<int>(chats[*elegido_].mensajes.cuantos()) : 0;
+}
+
+void Conversaciones::ponBusqueda(const QString &texto)
+{
+    if (texto == busqueda_)
+        return;
+    busqueda_ = texto;
+    mostrar();
+}
+
+QList<Conversacion> Conversaciones::filtrados() const
+{
+    QList<Conversacion> quedan;
+    for (const auto cual : visibles)
+        quedan << chats[cual];
+    return quedan;
+}
+
+void Conversaciones::mostrar()
+{
+    beginResetModel();
+    visibles.clear();
+    for (qsizetype i = 0; i < chats.size(); ++i) {
+        if (chats[i].nombre.contains(busqueda_, Qt::CaseInsensitive))
+            visibles << i;
+    }
+    endResetModel();
+    emit cambio();
+}
+
+void Conversaciones::avisar(const QString &texto)
+{
+    mensaje_ = texto;
+    emit cambio();
+}
+
+void Conversaciones::copiarChat()
+{
+    if (!elegido_)
+        return;
+    QGuiApplication::clipboard()->setText(enLineas(chats[*elegido_].mensajes));
+    avisar(u"Conversación copiada. Pégala donde quieras."_s);
+}
+
+void Conversaciones::guardarChat(const QString &fichero)
+{
+    if (elegido_)
+        avisar(copiarA(chats[*elegido_].fichero, fichero) ? u"Guardado."_s : u"No se pudo guardar."_s);
+}
+
+void Conversaciones::exportarPDF()
+{
+    if (!elegido_ || haciendoPdf_)
+        return;
+    haciendoPdf_ = true;
+    mensaje_.clear();
+    emit cambio();
+    const auto trabajo = [mensajes = chats[*elegido_].mensajes, titulo = chats[*elegido_].nombre] {
+        return ExportarPDF::pdf(mensajes, titulo);
+    };
+    enSegundoPlano(this, trabajo, [this, suya = vuelta](const std::optional<QByteArray> &bytes) {
+        if (suya != vuelta)
+            return;
+        haciendoPdf_ = false;
+        pdf = bytes.value_or(QByteArray());
+        avisar(bytes ? QString() : u"No pude generar el PDF."_s);
+        if (bytes)
+            emit pdfHecho();
+    });
+}
+
+void Conversaciones::guardarPdf(const QString &fichero)
+{
+    const bool bien = !pdf.isEmpty() && escribirEntero(fichero, pdf);
+    pdf.clear();
+    avisar(bien ? u"PDF guardado con formato de chat."_s : u"No se pudo guardar el PDF."_s);
+}
+
+int Conversaciones::rowCount(const QModelIndex &padre) const
+{
+    return padre.isValid() ? 0 : static_cast<int>(visibles.size());
+}
+
+QVariant Conversaciones::data(const QModelIndex &indice, int papel) const
+{
+    if (!checkIndex(indice, CheckIndexOption::IndexIsValid))
+        return {};
+    const auto &nombre = chats[visibles[indice.row()]].nombre;
+    if (papel == PapelNombre)
+        return nombre;
+    if (papel == PapelInicial)
+        return recortar(nombre.trimmed(), 1).toUpper();
+    return {};
+}
+
+QHash<int, QByteArray> Conversaciones::roleNames() const
+{
+    return {{PapelNombre, "nombre"}, {PapelInicial, "inicial"}};
+}
+
+} // namespace vellora

@@ -19,6 +19,8 @@ bool guardar(const QString &clave, const QString &udid);
 /// A password that an earlier version kept under its own name of service is moved to the current one.
 std::optional<QString> leer(const QString &udid);
 bool hayClave(const QString &udid);
+/// Keeps a saved password of the phone beside those of the computer's programs, under where it is for and whose it is.
+bool guardarContrasena(const QString &donde, const QString &usuario, const QString &clave);
 /// Removes it under both names; true when there was one.
 bool borrar(const QString &udid);
 

@@ -20,7 +20,7 @@ constexpr std::array acciones{
     "es.vellora.reiniciar",       "es.vellora.borrar-todas-las-fotos",
     "es.vellora.borrar-del-mac",  "es.vellora.borrar-fotos",
     "es.vellora.desinstalar-una", "es.vellora.desinstalar-varias",
-    "es.vellora.borrar-datos",
+    "es.vellora.borrar-datos",    "es.vellora.ver-contrasenas",
 };
 
 QString accionDe(Cerradura::Motivo motivo)

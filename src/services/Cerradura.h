@@ -37,7 +37,8 @@ public:
         BorrarFotos,
         DesinstalarUna,
         DesinstalarVarias,
-        BorrarDatos
+        BorrarDatos,
+        VerContrasenas
     };
     Q_ENUM(Motivo)
 

@@ -2,6 +2,7 @@
 
 #include "platform/Apariencia.h"
 #include "ui/componentes/Tema.h"
+#include "ui/sesion/FotosDeContactos.h"
 #include "ui/sesion/Programa.h"
 
 #include <QFont>
@@ -16,6 +17,7 @@
 Q_IMPORT_QML_PLUGIN(Vellora_SesionPlugin)
 Q_IMPORT_QML_PLUGIN(Vellora_ComponentesPlugin)
 Q_IMPORT_QML_PLUGIN(Vellora_CopiasPlugin)
+Q_IMPORT_QML_PLUGIN(Vellora_DatosPlugin)
 Q_IMPORT_QML_PLUGIN(Vellora_VentanaPlugin)
 
 namespace vellora
@@ -72,6 +74,7 @@ QQuickWindow *abrirVentanaPrincipal(QQmlApplicationEngine &motor, const ObjetosD
     // Before the views: where there is nobody to ask, the lock's own is never made.
     if (!objetos.programa.cerradura.abierta())
         objetos.programa.cerradura.abrir();
+    motor.addImageProvider(QStringLiteral("contactos"), new FotosDeContactos(objetos.programa.contactos));
     motor.addImportPath(QStringLiteral("qrc:/qt/qml"));
     motor.setInitialProperties({{QStringLiteral("programa"), QVariant::fromValue(&objetos.programa)},
                                 {QStringLiteral("falta"), objetos.falta}});

@@ -12,6 +12,7 @@ namespace
 {
 
 constexpr auto servicio = "es.vellora.copia";
+constexpr auto servicioDeContrasenas = "es.vellora.contrasena";
 constexpr auto servicioAnterior = "es.zarabel.tramuja.copia";
 
 // The two attributes alone decide, so that the item is found whoever wrote it.
@@ -72,6 +73,20 @@ std::optional<QString> leerDe(const char *deServicio, const QString &udid)
     return texto;
 }
 
+bool guardarDe(const char *deServicio, const QString &cuenta, const QString &rotulo, const QString &clave)
+{
+    if (clave.contains(QChar::Null))
+        return false; // the store would keep what stands before it only
+    auto bytes = clave.toUtf8();
+    Fallo fallo;
+    // Takes the place of an item of the same attributes, so that at no moment there is neither.
+    const bool escrita = secret_password_store_sync(&esquema, SECRET_COLLECTION_DEFAULT, rotulo.toUtf8().constData(),
+                                                    bytes.constData(), nullptr, &fallo, "service", deServicio,
+                                                    "account", cuenta.toUtf8().constData(), nullptr) != FALSE;
+    bytes.fill('\0');
+    return escrita;
+}
+
 bool borrarDe(const char *deServicio, const QString &udid)
 {
     Fallo fallo;
@@ -94,19 +109,16 @@ bool disponible()
 
 bool guardar(const QString &clave, const QString &udid)
 {
-    if (clave.contains(QChar::Null))
-        return false; // the store would keep what stands before it only
-    const auto rotulo = QStringLiteral("Vellora: copias del iPhone ") + udid;
-    auto bytes = clave.toUtf8();
-    Fallo fallo;
-    // Takes the place of an item of the same attributes, so that at no moment there is neither.
-    const bool escrita = secret_password_store_sync(&esquema, SECRET_COLLECTION_DEFAULT, rotulo.toUtf8().constData(),
-                                                    bytes.constData(), nullptr, &fallo, "service", servicio, "account",
-                                                    udid.toUtf8().constData(), nullptr) != FALSE;
-    bytes.fill('\0');
+    const bool escrita = guardarDe(servicio, udid, QStringLiteral("Vellora: copias del iPhone ") + udid, clave);
     if (escrita)
         borrarDe(servicioAnterior, udid);
     return escrita;
+}
+
+bool guardarContrasena(const QString &donde, const QString &usuario, const QString &clave)
+{
+    const auto cuenta = usuario.isEmpty() ? donde : donde + QStringLiteral(" · ") + usuario;
+    return guardarDe(servicioDeContrasenas, cuenta, cuenta, clave);
 }
 
 std::optional<QString> leer(const QString &udid)

@@ -9,6 +9,7 @@ FocusScope {
     property string rotulo
     property alias texto: entrada.text
     property bool secreto: true
+    property string pista
 
     signal aceptado
 
@@ -31,6 +32,15 @@ FocusScope {
         color: Tema.fondo
         border.width: entrada.activeFocus ? 2 : 1
         border.color: entrada.activeFocus ? Tema.acento : Tema.borde
+
+        Texto {
+            anchors.verticalCenter: parent.verticalCenter
+            x: 12
+            visible: entrada.text === "" && text !== ""
+            color: Tema.suave
+            text: raiz.pista
+            Accessible.ignored: true
+        }
 
         TextInput {
             id: entrada

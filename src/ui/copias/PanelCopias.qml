@@ -62,8 +62,8 @@ Pagina {
             activo: !raiz.modelo.tarea.enMarcha
             simbolo: "person.text.rectangle"
             titulo: "Ver mis datos"
-            pie: "Mensajes, WhatsApp, contactos… en su carpeta"
-            onPulsado: raiz.programa.abrirMisDatos()
+            pie: "Mensajes, WhatsApp, fotos, contactos… dentro de la app"
+            onPulsado: raiz.programa.verMisDatos()
         }
 
         BotonGrande {

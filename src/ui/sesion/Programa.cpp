@@ -4,6 +4,7 @@
 #include "backups/RestaurarCopia.h"
 #include "extraction/SacarMisDatos.h"
 
+#include <QDir>
 #include <QPointer>
 #include <QVariantMap>
 
@@ -13,8 +14,22 @@ namespace vellora
 {
 
 Programa::Programa(const Copias::HayClave &hayClave)
-    : copias(modelo, hayClave), automaticas(modelo, copias), bateria(modelo)
+    : copias(modelo, hayClave)
+    , automaticas(modelo, copias)
+    , bateria(modelo)
+    , buscador(modelo)
+    , contactos(modelo)
+    , contrasenas(modelo)
+    , visor(modelo)
 {
+    connect(&buscador, &Buscador::verChats, &visor, &VisorDeDatos::verChats);
+    connect(&buscador, &Buscador::verTabla, &visor, &VisorDeDatos::verTabla);
+    connect(&buscador, &Buscador::verTexto, &visor, &VisorDeDatos::verTexto);
+    // What was behind the lock does not wait behind it.
+    connect(&cerradura, &Cerradura::cambio, this, [this] {
+        if (!cerradura.abierta())
+            contrasenas.olvidar();
+    });
     connect(&copias, &Copias::copiaEmpezada, this,
             [this](const QString &alAcabar) { telegram.avisarAlTerminar(modelo.tarea(), alAcabar); });
 }
@@ -52,9 +67,23 @@ void Programa::sacarMisDatos()
         vellora::sacarMisDatos(modelo.tarea(), *udid, modelo.carpetaCopias(), modelo.carpetaDatos());
 }
 
-void Programa::abrirMisDatos()
+void Programa::verMisDatos()
 {
-    modelo.abrirEnFinder(modelo.carpetaDatos());
+    visor.verMisDatos();
+    if (QDir(modelo.carpetaDatos()).isEmpty())
+        sacarMisDatos();
+}
+
+void Programa::buscarContrasenas()
+{
+    if (modelo.tarea().enMarcha())
+        return;
+    cerradura.confirmar(Cerradura::VerContrasenas, [yo = QPointer(this)](bool confirmado) {
+        if (!yo || !confirmado)
+            return;
+        yo->cerradura.marcarUso();
+        yo->contrasenas.leer();
+    });
 }
 
 void Programa::abrirMiCarpeta()

@@ -2,11 +2,15 @@
 
 #include "backups/Copias.h"
 #include "backups/CopiasAutomaticas.h"
+#include "extraction/Buscador.h"
+#include "extraction/Contactos.h"
+#include "extraction/Contrasenas.h"
 #include "services/AvisosPorTelegram.h"
 #include "services/Cerradura.h"
 #include "session/BateriaYRed.h"
 #include "session/Modelo.h"
 #include "ui/sesion/AjustesDeVentana.h"
+#include "ui/sesion/VisorDeDatos.h"
 
 #include <QObject>
 #include <QVariantList>
@@ -28,6 +32,10 @@ class Programa : public QObject
     Q_PROPERTY(vellora::BateriaYRed *bateria READ bateriaPuntero CONSTANT)
     Q_PROPERTY(vellora::Cerradura *cerradura READ cerraduraPuntero CONSTANT)
     Q_PROPERTY(vellora::AvisosPorTelegram *telegram READ telegramPuntero CONSTANT)
+    Q_PROPERTY(vellora::Buscador *buscador READ buscadorPuntero CONSTANT)
+    Q_PROPERTY(vellora::Contactos *contactos READ contactosPuntero CONSTANT)
+    Q_PROPERTY(vellora::Contrasenas *contrasenas READ contrasenasPuntero CONSTANT)
+    Q_PROPERTY(vellora::VisorDeDatos *visor READ visorPuntero CONSTANT)
     Q_PROPERTY(vellora::AjustesDeVentana *ajustes READ ajustesPuntero CONSTANT)
     Q_PROPERTY(bool pidiendoDevolver READ pidiendoDevolver NOTIFY pidiendoDevolverCambio)
     Q_PROPERTY(QVariantList piezas READ piezas CONSTANT)
@@ -42,6 +50,10 @@ public:
     BateriaYRed bateria;
     Cerradura cerradura;
     AvisosPorTelegram telegram;
+    Buscador buscador;
+    Contactos contactos;
+    Contrasenas contrasenas;
+    VisorDeDatos visor;
     AjustesDeVentana ajustes;
 
     /// Whether the question stands that comes before putting a backup back.
@@ -51,7 +63,10 @@ public:
     Q_INVOKABLE void resolverDevolver(bool aceptada);
     /// Turns the backup of the selected phone, or the first there is, into plain files.
     Q_INVOKABLE void sacarMisDatos();
-    Q_INVOKABLE void abrirMisDatos();
+    /// What has been taken out; where that is nothing, it is taken out first.
+    Q_INVOKABLE void verMisDatos();
+    /// Reads the saved passwords, once the system has made sure of the owner.
+    Q_INVOKABLE void buscarContrasenas();
     Q_INVOKABLE void abrirMiCarpeta();
 
     /// What the program stands on, for those who ask: name, version, licence and what it is for.
@@ -70,6 +85,10 @@ private:
     BateriaYRed *bateriaPuntero() { return &bateria; }
     Cerradura *cerraduraPuntero() { return &cerradura; }
     AvisosPorTelegram *telegramPuntero() { return &telegram; }
+    Buscador *buscadorPuntero() { return &buscador; }
+    Contactos *contactosPuntero() { return &contactos; }
+    Contrasenas *contrasenasPuntero() { return &contrasenas; }
+    VisorDeDatos *visorPuntero() { return &visor; }
     AjustesDeVentana *ajustesPuntero() { return &ajustes; }
 };
 

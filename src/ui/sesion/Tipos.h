@@ -4,11 +4,19 @@
 #include "backups/CopiasAutomaticas.h"
 #include "core/Diario.h"
 #include "core/Tarea.h"
+#include "extraction/Buscador.h"
+#include "extraction/Contactos.h"
+#include "extraction/Contrasenas.h"
+#include "extraction/Conversaciones.h"
+#include "extraction/MisDatos.h"
+#include "extraction/TablaDeFichero.h"
+#include "extraction/TextoDeFichero.h"
 #include "services/AvisosPorTelegram.h"
 #include "services/Cerradura.h"
 #include "session/BateriaYRed.h"
 #include "session/Dispositivo.h"
 #include "session/Modelo.h"
+#include "ui/sesion/VisorDeDatos.h"
 
 #include <qqml.h>
 
@@ -82,6 +90,75 @@ struct CopiasParaVistas {
     QML_FOREIGN(vellora::Copias)
     QML_NAMED_ELEMENT(Copias)
     QML_UNCREATABLE("The program makes it")
+};
+
+struct BuscadorParaVistas {
+    Q_GADGET
+    QML_FOREIGN(vellora::Buscador)
+    QML_NAMED_ELEMENT(Buscador)
+    QML_UNCREATABLE("The program makes it")
+};
+
+struct ContactosParaVistas {
+    Q_GADGET
+    QML_FOREIGN(vellora::Contactos)
+    QML_NAMED_ELEMENT(Contactos)
+    QML_UNCREATABLE("The program makes it")
+};
+
+struct ContrasenasParaVistas {
+    Q_GADGET
+    QML_FOREIGN(vellora::Contrasenas)
+    QML_NAMED_ELEMENT(Contrasenas)
+    QML_UNCREATABLE("The program makes it")
+};
+
+struct ConversacionesParaVistas {
+    Q_GADGET
+    QML_FOREIGN(vellora::Conversaciones)
+    QML_NAMED_ELEMENT(Conversaciones)
+    QML_UNCREATABLE("The program makes it")
+};
+
+struct MisDatosParaVistas {
+    Q_GADGET
+    QML_FOREIGN(vellora::MisDatos)
+    QML_NAMED_ELEMENT(MisDatos)
+    QML_UNCREATABLE("The program makes it")
+};
+
+struct ModeloDeMensajesParaVistas {
+    Q_GADGET
+    QML_FOREIGN(vellora::ModeloDeMensajes)
+    QML_NAMED_ELEMENT(ModeloDeMensajes)
+    QML_UNCREATABLE("The program makes it")
+};
+
+struct TablaDeFicheroParaVistas {
+    Q_GADGET
+    QML_FOREIGN(vellora::TablaDeFichero)
+    QML_NAMED_ELEMENT(TablaDeFichero)
+    QML_UNCREATABLE("The program makes it")
+};
+
+struct TextoDeFicheroParaVistas {
+    Q_GADGET
+    QML_FOREIGN(vellora::TextoDeFichero)
+    QML_NAMED_ELEMENT(TextoDeFichero)
+    QML_UNCREATABLE("The program makes it")
+};
+
+struct VisorDeDatosParaVistas {
+    Q_GADGET
+    QML_FOREIGN(vellora::VisorDeDatos)
+    QML_NAMED_ELEMENT(VisorDeDatos)
+    QML_UNCREATABLE("The program makes it")
+};
+
+struct ContactoParaVistas {
+    Q_GADGET
+    QML_FOREIGN(vellora::Contacto)
+    QML_VALUE_TYPE(contacto)
 };
 
 } // namespace vellora

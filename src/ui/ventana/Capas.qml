@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
 import Vellora.Componentes
+import Vellora.Datos
 import Vellora.Sesion
 import Vellora.Ventana
 
@@ -136,6 +137,32 @@ FocusScope {
         propiedades: ({
                 telegram: raiz.programa.telegram
             })
+    }
+
+    Cargador {
+        anchors.fill: parent
+        focus: activo
+        activo: (raiz.programa.contactos.hoja === Contactos.Nuevo || raiz.programa.contactos.hoja === Contactos.Editar) && !raiz.estado.deBienvenida
+
+        VistaNuevoContacto {
+            contactos: raiz.programa.contactos
+            onCerrada: raiz.programa.contactos.abrirHoja(Contactos.SinHoja)
+        }
+    }
+
+    Cargador {
+        anchors.fill: parent
+        focus: activo
+        activo: raiz.programa.contactos.hoja === Contactos.Borrar && !raiz.estado.deBienvenida
+
+        HojaDeConfirmar {
+            titulo: "¿Borrar a " + raiz.programa.contactos.ficha.comoSeLlama + "?"
+            texto: "Se borra de la agenda de este Mac. En el iPhone solo desaparece si tienes los Contactos de iCloud encendidos en los dos sitios; la copia de seguridad no se toca."
+            textoDeAceptar: "Borrar de la agenda del Mac"
+            textoDeDejar: "No hacer nada"
+            onCerrada: raiz.programa.contactos.abrirHoja(Contactos.SinHoja)
+            onAceptada: raiz.programa.contactos.borrarContacto()
+        }
     }
 
     Cargador {

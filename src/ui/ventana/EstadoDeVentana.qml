@@ -20,6 +20,9 @@ QtObject {
     readonly property bool bloqueada: raiz.hayHerramientas && !raiz.programa.cerradura.abierta
     readonly property int contenido: raiz.secciones.contenido(raiz.seccion, raiz.hayHerramientas, raiz.modelo.hayIPhone)
 
+    /// What has been taken out of the backup stands in place of the section.
+    readonly property bool hayVisor: raiz.programa.visor.vista !== VisorDeDatos.Ninguna
+
     property int panel: EstadoDeVentana.Ninguno
     /// The control that opened the floating panel; it gets the keyboard back.
     property Item origen: null
@@ -28,7 +31,7 @@ QtObject {
     readonly property string nuevo: raiz.modelo.hayIPhoneNuevo ? raiz.modelo.iPhoneNuevo.id : ""
     readonly property bool nuevoConectado: raiz.estaConectado(raiz.nuevo)
     readonly property bool deBienvenida: raiz.hayHerramientas && raiz.nuevoConectado && raiz.nuevo !== raiz.aplazado
-    readonly property bool hayCapa: !raiz.bloqueada && (raiz.deBienvenida || raiz.copias.pidiendoClave || raiz.programa.pidiendoDevolver || raiz.programa.telegram.pidiendoDatos || raiz.programa.bateria.verBateria || raiz.panel !== EstadoDeVentana.Ninguno)
+    readonly property bool hayCapa: !raiz.bloqueada && (raiz.deBienvenida || raiz.copias.pidiendoClave || raiz.programa.pidiendoDevolver || raiz.programa.telegram.pidiendoDatos || raiz.programa.bateria.verBateria || raiz.programa.contactos.hoja !== Contactos.SinHoja || raiz.panel !== EstadoDeVentana.Ninguno)
 
     /// The owner has agreed to end the program.
     signal sale
@@ -39,6 +42,11 @@ QtObject {
                 return true;
         }
         return false;
+    }
+
+    function abreSeccion(cual: int) {
+        raiz.programa.visor.cerrar();
+        raiz.seccion = cual;
     }
 
     function abre(panel: int, boton: Item) {

@@ -40,7 +40,7 @@ FocusScope {
         const cual = tecla.modifiers === Qt.ControlModifier ? secciones.porAtajo(tecla.key) : -1;
         tecla.accepted = cual >= 0 || tecla.key === Qt.Key_F5 || tecla.key === Qt.Key_F10;
         if (cual >= 0)
-            estado.seccion = cual;
+            estado.abreSeccion(cual);
         else if (tecla.key === Qt.Key_F5)
             raiz.modelo.refrescar(false);
         else if (tecla.key === Qt.Key_F10)
@@ -61,7 +61,7 @@ FocusScope {
             secciones: secciones
             actual: estado.seccion
             hayCopia: raiz.copias.ultimaCopia !== "nunca"
-            onElegida: cual => estado.seccion = cual
+            onElegida: cual => estado.abreSeccion(cual)
         }
 
         Cabecera {
@@ -95,7 +95,19 @@ FocusScope {
             Cargador {
                 anchors.fill: parent
                 activo: estado.contenido === Secciones.LaSeccion
+                visible: !estado.hayVisor
+                enabled: !estado.hayVisor
                 fuente: secciones.vista(estado.seccion)
+                propiedades: ({
+                        programa: raiz.programa
+                    })
+            }
+
+            Cargador {
+                anchors.fill: parent
+                focus: activo
+                activo: estado.hayVisor
+                fuente: "qrc:/qt/qml/Vellora/Datos/VistaDeDatos.qml"
                 propiedades: ({
                         programa: raiz.programa
                     })

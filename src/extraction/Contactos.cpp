@@ -1,0 +1,308 @@
+#include "extraction/Contactos.h"
+
+#include "backups/Catalogo.h"
+#include "core/Ejecutor.h"
+#include "core/Motor.h"
+#include "core/SegundoPlano.h"
+#include "extraction/Contactar.h"
+#include "extraction/Extraccion.h"
+#include "session/Modelo.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace vellora
+{
+
+namespace
+{
+
+constexpr double segundosParaSacar = 900;
+const auto sinPermiso = u"El Mac no me deja tocar los Contactos. Actívalo en Ajustes del Sistema › Privacidad."_s;
+const auto sinPermisoAlGuardar = u"El Mac no me deja tocar los Contactos. Permíteselo en Ajustes del Sistema › "
+                                 "Privacidad y seguridad › Contactos."_s;
+
+struct Sitios {
+    QString udid;
+    QString copias;
+    QString datos;
+};
+
+/// What was taken out before the last backup tells of people as they were then.
+bool esViejo(const Sitios &sitios)
+{
+    const auto base = Extraccion::buscarPublico(u"AddressBook.sqlitedb"_s, sitios.datos);
+    const auto deLaCopia = Catalogo::fechaDe(sitios.copias + u'/' + sitios.udid);
+    return base.isEmpty() || (deLaCopia && QFileInfo(base).fileTime(QFile::FileMetadataChangeTime) < *deLaCopia);
+}
+
+void sacarAgenda(const Sitios &sitios)
+{
+    const auto &motor = Motor::lanzamiento();
+    if (motor)
+        Ejecutor::rapido(motor->ejecutable,
+                         motor->argumentos +
+                             QStringList{u"extraer"_s, sitios.udid, sitios.copias, sitios.datos, u"agenda"_s},
+                         segundosParaSacar);
+}
+
+bool cabeEn(const Contacto &contacto, const QString &busqueda)
+{
+    const auto lleva = [&busqueda](const QString &texto) {
+        return texto.contains(busqueda, Qt::CaseInsensitive);
+    };
+    return lleva(contacto.comoSeLlama()) ||
+           std::any_of(contacto.telefonos.begin(), contacto.telefonos.end(),
+                       [&](const QString &numero) {
+                           return numero.contains(busqueda) || Contactar::limpiarNumero(numero).contains(busqueda);
+                       }) ||
+           std::any_of(contacto.correos.begin(), contacto.correos.end(), lleva);
+}
+
+/// The one field of a form in the place of the first of the list.
+QStringList conPrimero(QStringList lista, const QString &primero)
+{
+    if (!lista.isEmpty())
+        lista.removeFirst();
+    if (!primero.isEmpty())
+        lista.prepend(primero);
+    return lista;
+}
+
+} // namespace
+
+Contactos::Contactos(Modelo &elModelo, QObject *padre) : QAbstractListModel(padre), modelo(elModelo) {}
+
+void Contactos::leer()
+{
+    if (cargando_)
+        return;
+    yaMire_ = true;
+    aviso_.clear();
+    const auto &telefono = modelo.seleccionado();
+    const auto udid = telefono ? std::optional(telefono->id) : Catalogo::udidDeLaCopia(modelo.carpetaCopias());
+    if (!udid) {
+        motivo_ = u"No hay ninguna copia de seguridad."_s;
+        emit cambio();
+        return;
+    }
+    motivo_.reset();
+    cargando_ = true;
+    emit cambio();
+    const Sitios sitios{*udid, modelo.carpetaCopias(), modelo.carpetaDatos()};
+    const auto trabajo = [sitios] {
+        if (esViejo(sitios))
+            sacarAgenda(sitios);
+        return Leido{Extraccion::leerContactos(sitios.datos), Extraccion::fotosDeContactos(sitios.datos)};
+    };
+    enSegundoPlano(this, trabajo, [this](const Leido &leido) { aplicar(leido); });
+}
+
+void Contactos::aplicar(const Leido &leido)
+{
+    cargando_ = false;
+    lista_ = leido.lista;
+    ++vuelta;
+    {
+        const QMutexLocker uno(&cerrojo);
+        fotos = leido.fotos;
+    }
+    motivo_ = lista_.isEmpty() ? std::optional(u"No he encontrado contactos en la copia."_s) : std::nullopt;
+    const auto mismo = std::find_if(lista_.cbegin(), lista_.cend(),
+                                    [this](const Contacto &uno) { return elegido_ && uno.id == elegido_->id; });
+    elegido_ = mismo == lista_.cend() ? std::nullopt : std::optional(*mismo);
+    mostrar();
+}
+
+QList<Contacto> Contactos::filtrados() const
+{
+    if (busqueda_.isEmpty())
+        return lista_;
+    QList<Contacto> quedan;
+    std::copy_if(lista_.begin(), lista_.end(), std::back_inserter(quedan),
+                 [this](const Contacto &uno) { return cabeEn(uno, busqueda_); });
+    return quedan;
+}
+
+void Contactos::mostrar()
+{
+    beginResetModel();
+    visibles = filtrados();
+    endResetModel();
+    emit cambio();
+}
+
+void Contactos::ponBusqueda(const QString &texto)
+{
+    if (texto == busqueda_)
+        return;
+    busqueda_ = texto;
+    mostrar();
+}
+
+void Contactos::elegir(int fila)
+{
+    elegido_ = fila >= 0 && fila < visibles.size() ? std::optional(visibles[fila]) : std::nullopt;
+    aviso_.clear();
+    emit cambio();
+}
+
+int Contactos::filaElegida() const
+{
+    for (qsizetype i = 0; elegido_ && i < visibles.size(); ++i) {
+        if (visibles[i].id == elegido_->id)
+            return static_cast<int>(i);
+    }
+    return -1;
+}
+
+QByteArray Contactos::foto(qint64 id) const
+{
+    const QMutexLocker uno(&cerrojo);
+    return fotos.value(id);
+}
+
+QString Contactos::direccionDeFoto(qint64 id) const
+{
+    const QMutexLocker uno(&cerrojo);
+    return fotos.contains(id) ? u"image://contactos/%1/%2"_s.arg(vuelta).arg(id) : QString();
+}
+
+void Contactos::avisar(const QString &texto)
+{
+    aviso_ = texto;
+    emit cambio();
+}
+
+void Contactos::exportar(Formato formato, const QString &fichero)
+{
+    const auto trabajo = [formato, fichero, lista = lista_] {
+        return formato == VCard ? Extraccion::guardarVCard(fichero, lista)
+                                : Extraccion::guardarContactosCSV(fichero, lista);
+    };
+    enSegundoPlano(this, trabajo, [this, cuantos = lista_.size()](bool bien) {
+        avisar(bien ? u"Guardados %1 contactos."_s.arg(cuantos) : u"No se pudo guardar."_s);
+    });
+}
+
+FichaDeAgenda Contactos::comoFicha(const Contacto &contacto) const
+{
+    return {contacto.nombre, contacto.apellidos, contacto.empresa, contacto.telefonos, contacto.correos};
+}
+
+void Contactos::copiarAlMac()
+{
+    if (!elegido_)
+        return;
+    const auto trabajo = [ficha = comoFicha(*elegido_), nombre = elegido_->comoSeLlama()] {
+        if (!AgendaDelMac::pedirPermiso())
+            return sinPermiso;
+        const auto fallo = AgendaDelMac::guardar(ficha);
+        return fallo ? u"No se pudo guardar: "_s + *fallo : nombre + u" guardado en los Contactos del Mac."_s;
+    };
+    enSegundoPlano(this, trabajo, [this](const QString &aviso) { avisar(aviso); });
+}
+
+void Contactos::borrarContacto()
+{
+    if (!elegido_)
+        return;
+    abrirHoja(SinHoja);
+    const auto trabajo = [ficha = comoFicha(*elegido_), nombre = elegido_->comoSeLlama()] {
+        if (!AgendaDelMac::pedirPermiso())
+            return sinPermiso;
+        const auto borrado = AgendaDelMac::borrar(ficha);
+        if (borrado.fallo)
+            return u"No se pudo borrar: "_s + *borrado.fallo;
+        if (borrado.estaba)
+            return nombre + u" borrado de la agenda del Mac. Con iCloud, se irá del iPhone."_s;
+        return nombre + u" no estaba en la agenda del Mac (solo en la copia del iPhone), así que no hay nada que "
+                        "borrar aquí. Para quitarlo del iPhone, bórralo en el teléfono."_s;
+    };
+    enSegundoPlano(this, trabajo, [this](const QString &aviso) { avisar(aviso); });
+}
+
+void Contactos::guardar(bool editar, const QString &nombre, const QString &apellidos, const QString &empresa,
+                        const QString &telefono, const QString &correo)
+{
+    if (guardando_ || (editar && !elegido_))
+        return;
+    const auto original = editar ? std::optional(comoFicha(*elegido_)) : std::nullopt;
+    auto nueva = original.value_or(FichaDeAgenda());
+    nueva.nombre = nombre.trimmed();
+    nueva.apellidos = apellidos.trimmed();
+    nueva.empresa = empresa.trimmed();
+    nueva.telefonos = conPrimero(nueva.telefonos, telefono.trimmed());
+    nueva.correos = conPrimero(nueva.correos, correo.trimmed());
+    guardando_ = true;
+    falloAlGuardar_.clear();
+    emit cambio();
+    const auto trabajo = [original, nueva]() -> std::optional<QString> {
+        if (!AgendaDelMac::pedirPermiso())
+            return sinPermisoAlGuardar;
+        return original ? AgendaDelMac::actualizar(*original, nueva) : AgendaDelMac::guardar(nueva);
+    };
+    enSegundoPlano(this, trabajo, [this, editar](const std::optional<QString> &fallo) {
+        guardando_ = false;
+        falloAlGuardar_ = fallo.value_or(QString());
+        if (!fallo)
+            aviso_ = editar ? u"Contacto actualizado en la agenda del Mac. Con iCloud, el cambio llega al iPhone."_s
+                            : u"Contacto creado en la agenda del Mac. Con iCloud encendido, llegará al iPhone."_s;
+        if (!fallo)
+            hoja_ = SinHoja;
+        emit cambio();
+    });
+}
+
+void Contactos::abrirHoja(Hojas cual)
+{
+    falloAlGuardar_.clear();
+    hoja_ = elegido_ || cual == Nuevo ? cual : SinHoja;
+    emit cambio();
+}
+
+void Contactos::contactar(const QString &como, const QString &conQuien)
+{
+    if (como == "llamar"_L1)
+        Contactar::llamar(conQuien);
+    else if (como == "mensaje"_L1)
+        Contactar::mensaje(conQuien);
+    else if (como == "whatsapp"_L1)
+        Contactar::whatsapp(conQuien);
+    else if (como == "faceTime"_L1)
+        Contactar::faceTime(conQuien);
+    else if (como == "correo"_L1)
+        Contactar::correo(conQuien);
+}
+
+int Contactos::rowCount(const QModelIndex &padre) const
+{
+    return padre.isValid() ? 0 : static_cast<int>(visibles.size());
+}
+
+QVariant Contactos::data(const QModelIndex &indice, int papel) const
+{
+    if (!checkIndex(indice, CheckIndexOption::IndexIsValid))
+        return {};
+    const auto &uno = visibles[indice.row()];
+    switch (papel) {
+    case PapelNombre:
+        return uno.comoSeLlama();
+    case PapelDetalle:
+        return uno.telefonos.value(0, uno.correos.value(0, uno.empresa));
+    case PapelFoto:
+        return direccionDeFoto(uno.id);
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> Contactos::roleNames() const
+{
+    return {{PapelNombre, "nombre"}, {PapelDetalle, "detalle"}, {PapelFoto, "foto"}};
+}
+
+} // namespace vellora

@@ -1,0 +1,46 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import Vellora.Componentes
+import Vellora.Datos
+import Vellora.Sesion
+
+/// The passwords, each hidden until it is asked for.
+FocusScope {
+    id: raiz
+
+    required property Contrasenas contrasenas
+
+    GuardarComo {
+        id: guardar
+
+        titulo: "Este archivo lleva tus contraseñas EN CLARO. Guárdalo en sitio seguro."
+        filtro: "Hoja de cálculo (*.csv)"
+        extension: "csv"
+        onElegido: fichero => raiz.contrasenas.exportar(fichero)
+    }
+
+    Lista {
+        id: lista
+
+        anchors.fill: parent
+        bottomMargin: 24
+        spacing: 6
+        nombre: "Contraseñas"
+        model: raiz.contrasenas
+
+        header: CabezaDeContrasenas {
+            x: 28
+            width: lista.width - 56
+            contrasenas: raiz.contrasenas
+            onGuardarTodas: guardar.abrir("Mis contraseñas del iPhone.csv")
+        }
+
+        delegate: FilaDeClave {
+            x: 28
+            width: lista.width - 56
+            onVer: si => raiz.contrasenas.ver(index, si)
+            onCopiar: raiz.contrasenas.copiar(index)
+            onGuardar: raiz.contrasenas.guardarEnElLlavero(index)
+        }
+    }
+}
