@@ -41,6 +41,13 @@ bool esViejo(const Sitios &sitios)
 
 void sacarAgenda(const Sitios &sitios)
 {
+    // The log of the former database would be taken for that of the one that comes.
+    for (const auto &base : {u"AddressBook.sqlitedb"_s, u"AddressBookImages.sqlitedb"_s}) {
+        for (const auto &cola : {u"-wal"_s, u"-shm"_s}) {
+            for (const auto &sobra : Extraccion::buscar(base + cola, sitios.datos))
+                QFile::remove(sobra);
+        }
+    }
     const auto &motor = Motor::lanzamiento();
     if (motor)
         Ejecutor::rapido(motor->ejecutable,
@@ -74,7 +81,10 @@ QStringList conPrimero(QStringList lista, const QString &primero)
 
 } // namespace
 
-Contactos::Contactos(Modelo &elModelo, QObject *padre) : QAbstractListModel(padre), modelo(elModelo) {}
+Contactos::Contactos(Modelo &elModelo, EsImagen elEsImagen, QObject *padre)
+    : QAbstractListModel(padre), modelo(elModelo), esImagen(elEsImagen)
+{
+}
 
 void Contactos::leer()
 {
@@ -93,10 +103,12 @@ void Contactos::leer()
     cargando_ = true;
     emit cambio();
     const Sitios sitios{*udid, modelo.carpetaCopias(), modelo.carpetaDatos()};
-    const auto trabajo = [sitios] {
+    const auto trabajo = [sitios, esImagen = esImagen] {
         if (esViejo(sitios))
             sacarAgenda(sitios);
-        return Leido{Extraccion::leerContactos(sitios.datos), Extraccion::fotosDeContactos(sitios.datos)};
+        Leido leido{Extraccion::leerContactos(sitios.datos), Extraccion::fotosDeContactos(sitios.datos)};
+        leido.fotos.removeIf([esImagen](const auto &foto) { return !esImagen(foto.value()); });
+        return leido;
     };
     enSegundoPlano(this, trabajo, [this](const Leido &leido) { aplicar(leido); });
 }

@@ -40,7 +40,9 @@ public:
     enum Hojas { SinHoja, Nuevo, Editar, Borrar };
     Q_ENUM(Hojas)
 
-    explicit Contactos(Modelo &elModelo, QObject *padre = nullptr);
+    /// Whether bytes are an image that can be shown. Any thread.
+    using EsImagen = bool (*)(const QByteArray &);
+    Contactos(Modelo &elModelo, EsImagen elEsImagen, QObject *padre = nullptr);
 
     const QList<Contacto> &lista() const { return lista_; }
     /// Those that fit the search, in the list's order.
@@ -97,6 +99,7 @@ private:
     FichaDeAgenda comoFicha(const Contacto &contacto) const;
 
     Modelo &modelo;
+    EsImagen esImagen;
     QList<Contacto> lista_;
     QList<Contacto> visibles;
     std::optional<Contacto> elegido_;

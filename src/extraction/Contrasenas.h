@@ -79,6 +79,8 @@ public:
     void ponFiltro(const QString &tipo);
 
     Q_INVOKABLE void leer();
+    /// What a reading came to.
+    void aplicar(const ResultadoClaves &resultado);
     Q_INVOKABLE void exportar(const QString &fichero);
     Q_INVOKABLE void ver(int fila, bool visible);
     /// To the clipboard, as a secret, from which it goes after half a minute.
@@ -95,7 +97,6 @@ signals:
     void cambio();
 
 private:
-    void aplicar(const ResultadoClaves &resultado);
     void mostrar();
     void avisar(const QString &texto);
     void limpiarPortapapeles();

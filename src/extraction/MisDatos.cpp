@@ -18,6 +18,8 @@ namespace vellora
 namespace
 {
 
+constexpr qint64 bytesQueSeNotan = 50'000; // less is told as "0 MB"
+
 /// How the things of a kind are counted.
 enum class Cuenta { Ficheros, Filas, Lineas };
 
@@ -139,7 +141,7 @@ QVariant MisDatos::data(const QModelIndex &indice, int papel) const
     case PapelCuenta:
         return una.cuenta;
     case PapelTamano:
-        return Formato::tamano(una.bytes);
+        return una.bytes < bytesQueSeNotan ? QString() : Formato::tamano(una.bytes);
     case PapelFecha:
         return Formato::espanol().toString(una.fecha, u"d 'de' MMMM 'de' yyyy, HH:mm"_s);
     case PapelVerbo:

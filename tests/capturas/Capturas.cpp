@@ -6,9 +6,9 @@
 #include "ui/sesion/Programa.h"
 #include "ventana/Manos.h"
 
+#include <QGuiApplication>
 #include <QDir>
 #include <QFile>
-#include <QGuiApplication>
 #include <QJsonObject>
 #include <QQuickWindow>
 #include <QTest>
@@ -52,6 +52,10 @@ private:
     void bateria();
     void unaCopia();
     void unaCopiaQueFalla();
+    void misDatos();
+    void contactos();
+    void contrasenas();
+    void buscar();
     void dosTelefonos();
     void telefonoBloqueado();
     bool acaba() const;
@@ -241,6 +245,83 @@ void Sesion::unaCopiaQueFalla()
     tecla(Qt::Key_Escape);
 }
 
+/// What stands in the result folder, of people who do not exist.
+void Sesion::misDatos()
+{
+    pulsa(u"Ver mis datos"_s);
+    espera(
+        "the data taken out", [this] { return !modelo.tarea().enMarcha() && programa.visor.vista() != 0; }, 120);
+    pulsa(u"Cerrar este aviso"_s);
+    espera("the inventory", [this] { return programa.visor.property("misDatos").value<MisDatos *>()->cuantos() > 5; });
+    foto(u"mis-datos"_s, {960, 1280, 1920});
+    const auto chats = modelo.carpetaDatos() + u"/WhatsApp/Chats/Lucía.txt"_s;
+    QFile conversacion(chats);
+    if (conversacion.open(QIODevice::WriteOnly))
+        conversacion.write("[01/02/2026 12:04] Lucía: ¿Llegáis a comer el domingo? Hago arroz 🥘\n"
+                           "[01/02/2026 12:06] YO: Sí, los cuatro. Llevo yo el postre.\n"
+                           "[01/02/2026 12:06] Lucía: Perfecto. A las dos.\nTraed los bañadores por si acaso.\n"
+                           "[01/02/2026 12:09] YO: Hecho 🙌\n"
+                           "[08/02/2026 19:41] Lucía: Mira, la foto del verano pasado\n"
+                           "[08/02/2026 19:41] Lucía: (foto, audio o adjunto)\n"
+                           "[08/02/2026 19:42] Tía Rosa: ¡Qué <b>guapos</b> todos! No me acordaba de que aquel día "
+                           "acabamos en la playa del faro, con los bocadillos que hizo tu madre y la sombrilla rota.\n"
+                           "[08/02/2026 19:58] YO: Qué morenos estábamos…\n");
+    conversacion.close();
+    programa.visor.verChats(chats);
+    espera("the chat",
+           [this] { return programa.visor.property("conversaciones").value<Conversaciones *>()->cuantos() == 8; });
+    QTest::qWait(300);
+    foto(u"conversaciones"_s, {960, 1280, 1920});
+    tecla(Qt::Key_Escape);
+    programa.visor.verTabla(modelo.carpetaDatos() + u"/Calendario.csv"_s);
+    QTest::qWait(300);
+    foto(u"tabla"_s, {960, 1280});
+    tecla(Qt::Key_Escape);
+    programa.visor.verTexto(modelo.carpetaDatos() + u"/Notas.txt"_s);
+    QTest::qWait(300);
+    foto(u"texto"_s, {960, 1280});
+    programa.visor.cerrar();
+}
+
+void Sesion::buscar()
+{
+    tecla(Qt::Key_5, Qt::ControlModifier);
+    foto(u"buscar-todo"_s, {960, 1280});
+    programa.buscador.buscar(u"cumpleaños"_s);
+    espera("the search", [this] { return !programa.buscador.buscando(); });
+    foto(u"buscar-todo-hallado"_s, {960, 1280});
+    programa.buscador.buscar(u"xilófono"_s);
+    espera("the search", [this] { return !programa.buscador.buscando(); });
+    foto(u"buscar-todo-nada"_s, {960, 1280});
+}
+
+void Sesion::contactos()
+{
+    tecla(Qt::Key_9, Qt::ControlModifier);
+    espera(
+        "the address book", [this] { return !programa.contactos.vacia(); }, 60);
+    foto(u"contactos"_s, {960, 1280});
+    programa.contactos.elegir(1);
+    QTest::qWait(300);
+    foto(u"contactos-ficha"_s, {960, 1280, 1920});
+    programa.contactos.abrirHoja(Contactos::Editar);
+    foto(u"contactos-editar"_s, {960, 1280});
+    programa.contactos.abrirHoja(Contactos::Borrar);
+    foto(u"contactos-borrar"_s, {1280});
+    programa.contactos.abrirHoja(Contactos::SinHoja);
+}
+
+void Sesion::contrasenas()
+{
+    pulsa(u"Contraseñas"_s);
+    foto(u"contrasenas"_s, {960, 1280});
+    pulsa(u"Buscar mis contraseñas"_s);
+    espera(
+        "what the backup says of passwords", [this] { return programa.contrasenas.estado() != u"empezando"; }, 60);
+    pulsa(u"Cerrar este aviso"_s);
+    foto(u"contrasenas-sin-cifrar"_s, {960, 1280});
+}
+
 void Sesion::dosTelefonos()
 {
     const QJsonObject otro{{u"udid"_s, u"00008110-0000111122B2B2B2"_s},
@@ -290,6 +371,11 @@ bool Sesion::cuenta()
     sinTelefono();
     recienConectado();
     unaCopia();
+    misDatos();
+    buscar();
+    contactos();
+    contrasenas();
+    tecla(Qt::Key_4, Qt::ControlModifier);
     unaCopiaQueFalla();
     dosTelefonos();
     telefonoBloqueado();

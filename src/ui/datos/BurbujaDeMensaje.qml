@@ -44,7 +44,7 @@ Item {
 
         x: raiz.mio ? raiz.width - width - 22 : 22
         y: raiz.dia !== "" ? 40 : 0
-        width: Math.max(cuerpo.width, Math.min(remitente.implicitWidth, raiz.anchoMayor - 24), cuando.implicitWidth) + 24
+        width: Math.max(Math.ceil(cuerpo.contentWidth), Math.min(remitente.implicitWidth, raiz.anchoMayor - 24), cuando.implicitWidth) + 24
         height: cuando.y + cuando.height + 6
         radius: 12
         color: raiz.mio ? (Tema.oscuro ? "#2B5136" : "#DCF8C6") : (Tema.oscuro ? "#2C2F36" : Tema.tarjeta)
@@ -73,7 +73,7 @@ Item {
 
             x: 12
             y: remitente.visible ? remitente.y + remitente.height : 8
-            width: Math.min(implicitWidth, raiz.anchoMayor - 24)
+            width: raiz.anchoMayor - 24
             wrapMode: Text.Wrap
             color: Tema.oscuro ? Tema.texto : "#14171C"
             text: raiz.texto

@@ -47,7 +47,7 @@ Tarjeta {
             model: raiz.modos
 
             Boton {
-                required property list<string> modelData
+                required property var modelData
 
                 clase: Boton.Callado
                 texto: modelData[1]

@@ -13,7 +13,7 @@ BotonBase {
     required property string fecha
     required property string verbo
 
-    nombre: raiz.titulo + ", " + raiz.cuenta + ", " + raiz.tamano + ". " + raiz.verbo
+    nombre: raiz.titulo + ", " + raiz.cuenta + ". " + raiz.verbo
     radio: 12
     implicitHeight: 60
 
@@ -60,7 +60,7 @@ BotonBase {
             width: parent.width
             elide: Text.ElideRight
             tipo: Texto.Menor
-            text: raiz.cuenta + " · " + raiz.tamano + " · sacado el " + raiz.fecha
+            text: raiz.cuenta + (raiz.tamano !== "" ? " · " + raiz.tamano : "") + " · sacado el " + raiz.fecha
             Accessible.ignored: true
         }
     }

@@ -6,7 +6,7 @@ import Vellora.Componentes
 Item {
     id: raiz
 
-    required property list<string> celdas
+    required property var celdas
     required property real anchoDeCelda
 
     implicitHeight: fila.height + 16

@@ -31,7 +31,8 @@ Item {
         anchors.fill: parent
         asynchronous: true
         source: raiz.foto
-        sourceSize: Qt.size(raiz.width * 2, raiz.height * 2)
+        sourceSize.width: raiz.width * 2
+        sourceSize.height: raiz.height * 2
         fillMode: Image.PreserveAspectCrop
     }
 }

@@ -13,6 +13,7 @@ class FotosDeContactos : public QQuickImageProvider
 public:
     /// `losContactos` must outlive the engine that the provider belongs to.
     explicit FotosDeContactos(const Contactos &losContactos);
+    static bool esImagen(const QByteArray &bytes);
     QImage requestImage(const QString &id, QSize *tamano, const QSize &pedido) override;
 
 private:

@@ -3,6 +3,7 @@
 #include "backups/Catalogo.h"
 #include "backups/RestaurarCopia.h"
 #include "extraction/SacarMisDatos.h"
+#include "ui/sesion/FotosDeContactos.h"
 
 #include <QDir>
 #include <QPointer>
@@ -18,7 +19,7 @@ Programa::Programa(const Copias::HayClave &hayClave)
     , automaticas(modelo, copias)
     , bateria(modelo)
     , buscador(modelo)
-    , contactos(modelo)
+    , contactos(modelo, &FotosDeContactos::esImagen)
     , contrasenas(modelo)
     , visor(modelo)
 {
