@@ -14,6 +14,7 @@ int main(int argc, char **argv)
     QElapsedTimer reloj;
     reloj.start();
     const auto hallados = vellora::BuscadorGlobal::buscarEn(argumentos.value(1), argumentos.value(2), {});
-    std::printf("%.3f %lld\n", static_cast<double>(reloj.nsecsElapsed()) / 1e6, static_cast<long long>(hallados.size()));
+    std::printf("%.3f %lld\n", static_cast<double>(reloj.nsecsElapsed()) / 1e6,
+                static_cast<long long>(hallados.size()));
     return 0;
 }

@@ -17,7 +17,8 @@ int ejecutarOrden(const QStringList &argumentos, Avisos &avisar);
 bool confirmado();
 
 /// "extraer" UDID COPIAS DESTINO [agenda]: lays out what the extractors read of the backup of that phone; with the word
-/// "agenda", the address book alone. COPIAS is the folder of the backups or that of one backup. Notices: "total" n, "progreso" hechos copiados, "fin" copiados fallidos bytes.
+/// "agenda", the address book alone. COPIAS is the folder of the backups or that of one backup. Notices: "total" n,
+/// "progreso" hechos copiados, "fin" copiados fallidos bytes.
 int extraer(const QStringList &argumentos, Avisos &avisar);
 
 /// "bateria" UDID: one notice "bateria": ciclos; maxima, disenio, nominal, actual (mAh); temperatura (hundredths of a

@@ -314,7 +314,7 @@ QVariant Contactos::data(const QModelIndex &indice, int papel) const
 
 QHash<int, QByteArray> Contactos::roleNames() const
 {
-    return {{PapelNombre, "nombre"}, {PapelDetalle, "detalle"}, {PapelFoto, "foto"}};
+    return {{PapelNombre, "persona"}, {PapelDetalle, "detalle"}, {PapelFoto, "foto"}};
 }
 
 } // namespace vellora

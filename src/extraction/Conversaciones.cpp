@@ -276,7 +276,7 @@ QVariant Conversaciones::data(const QModelIndex &indice, int papel) const
 
 QHash<int, QByteArray> Conversaciones::roleNames() const
 {
-    return {{PapelNombre, "nombre"}, {PapelInicial, "inicial"}};
+    return {{PapelNombre, "chat"}, {PapelInicial, "inicial"}};
 }
 
 } // namespace vellora

@@ -27,7 +27,7 @@ ARROWS["reports"] |= AREAS
 # Headers of the toolkit that only some rooms may see.
 TOOLKIT = (
     (re.compile(r"(QtQuick|QtQml|QtWidgets|QQuick\w*|QQml\w*|QJSEngine|QJSValue)(/|$)"), {"ui", "app"}, "Qt Quick"),
-    (re.compile(r"(QtGui/)?(Q(Image|Pixmap|Bitmap|Painter|Picture)\w*)$"), {"ui", "app", "photos"}, "Qt Gui images"),
+    (re.compile(r"(QtGui/)?(Q(Image|Pixmap|Bitmap|Painter|Picture)\w*)$"), {"ui", "app", "photos", "extraction"}, "Qt Gui images"),
 )
 
 INCLUDE = re.compile(r'^\s*#\s*include\s+(["<])([^">]+)[">]')

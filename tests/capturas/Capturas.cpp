@@ -6,9 +6,9 @@
 #include "ui/sesion/Programa.h"
 #include "ventana/Manos.h"
 
-#include <QGuiApplication>
 #include <QDir>
 #include <QFile>
+#include <QGuiApplication>
 #include <QJsonObject>
 #include <QQuickWindow>
 #include <QTest>

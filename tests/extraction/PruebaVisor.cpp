@@ -55,11 +55,11 @@ void PruebaVisor::chats()
     pon(u"chats/Ángel.txt"_s, "");
     Conversaciones conversaciones;
     conversaciones.abrir(ruta(u"chats"_s), u"WhatsApp"_s);
-    QCOMPARE(columna(conversaciones, "nombre"), (QStringList{u"Ana"_s, u"Zoe"_s, u"Ángel"_s}));
+    QCOMPARE(columna(conversaciones, "chat"), (QStringList{u"Ana"_s, u"Zoe"_s, u"Ángel"_s}));
     QCOMPARE(conversaciones.nombre(), u"Ana"_s); // the first is chosen by itself
     QTRY_COMPARE(conversaciones.cuantos(), 1);
     conversaciones.ponBusqueda(u"ÁNG"_s);
-    QCOMPARE(columna(conversaciones, "nombre"), QStringList{u"Ángel"_s});
+    QCOMPARE(columna(conversaciones, "chat"), QStringList{u"Ángel"_s});
     QCOMPARE(conversaciones.filaElegida(), -1); // it is still in view, and not in the list
     QCOMPARE(conversaciones.nombre(), u"Ana"_s);
     conversaciones.elegir(0);

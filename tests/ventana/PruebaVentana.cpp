@@ -160,9 +160,15 @@ void PruebaVentana::tabuladorPorLaVentana()
 {
     modelo->marcarConocido(marta.id);
     abrir();
-    const QStringList comunes{u"Copias y datos"_s, u"Ajustes"_s,
-                              u"Ayuda y legal"_s,  u"Buscar el iPhone otra vez"_s,
-                              u"Acciones"_s,       u"Avisos. 0 en marcha, 0 con problemas"_s};
+    const QStringList comunes{u"Copias y datos"_s,
+                              u"Buscar en todo"_s,
+                              u"Contactos"_s,
+                              u"Contraseñas"_s,
+                              u"Ajustes"_s,
+                              u"Ayuda y legal"_s,
+                              u"Buscar el iPhone otra vez"_s,
+                              u"Acciones"_s,
+                              u"Avisos. 0 en marcha, 0 con problemas"_s};
     // The list comes first, then the header, then the content; what is still to come is passed over.
     auto *primera = Manos::control(*ventana, u"Resumen"_s);
     primera->forceActiveFocus();

@@ -6,10 +6,11 @@ BotonBase {
     id: raiz
 
     required property int index
-    required property string nombre
+    required property string chat
     required property string inicial
     property bool elegida: false
 
+    nombre: raiz.chat !== "" ? raiz.chat : "Sin nombre"
     height: 52
     Accessible.role: Accessible.ListItem
     Accessible.selected: raiz.elegida
@@ -48,7 +49,7 @@ BotonBase {
         maximumLineCount: 1
         font.weight: raiz.elegida ? Font.DemiBold : Font.Normal
         color: raiz.elegida ? Tema.acentoTexto : Tema.texto
-        text: raiz.nombre !== "" ? raiz.nombre : "Sin nombre"
+        text: raiz.nombre
         Accessible.ignored: true
     }
 }

@@ -7,11 +7,12 @@ BotonBase {
     id: raiz
 
     required property int index
-    required property string nombre
+    required property string persona
     required property string detalle
     required property string foto
     property bool elegida: false
 
+    nombre: raiz.detalle !== "" ? raiz.persona + ", " + raiz.detalle : raiz.persona
     height: 52
     Accessible.role: Accessible.ListItem
     Accessible.selected: raiz.elegida
@@ -30,7 +31,7 @@ BotonBase {
         anchors.verticalCenter: parent.verticalCenter
         width: 36
         height: 36
-        nombre: raiz.nombre
+        nombre: raiz.persona
         foto: raiz.foto
     }
 
@@ -45,7 +46,7 @@ BotonBase {
             maximumLineCount: 1
             font.weight: raiz.elegida ? Font.DemiBold : Font.Normal
             color: raiz.elegida ? Tema.acentoTexto : Tema.texto
-            text: raiz.nombre
+            text: raiz.persona
             Accessible.ignored: true
         }
 

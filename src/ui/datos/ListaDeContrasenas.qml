@@ -23,17 +23,11 @@ FocusScope {
         id: lista
 
         anchors.fill: parent
+        topMargin: cabeza.height
         bottomMargin: 24
         spacing: 6
         nombre: "Contraseñas"
         model: raiz.contrasenas
-
-        header: CabezaDeContrasenas {
-            x: 28
-            width: lista.width - 56
-            contrasenas: raiz.contrasenas
-            onGuardarTodas: guardar.abrir("Mis contraseñas del iPhone.csv")
-        }
 
         delegate: FilaDeClave {
             x: 28
@@ -42,5 +36,17 @@ FocusScope {
             onCopiar: raiz.contrasenas.copiar(index)
             onGuardar: raiz.contrasenas.guardarEnElLlavero(index)
         }
+    }
+
+    // It scrolls along with the passwords, above the first.
+    CabezaDeContrasenas {
+        id: cabeza
+
+        parent: lista.contentItem
+        x: 28
+        y: lista.originY - height
+        width: lista.width - 56
+        contrasenas: raiz.contrasenas
+        onGuardarTodas: guardar.abrir("Mis contraseñas del iPhone.csv")
     }
 }
