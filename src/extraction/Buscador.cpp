@@ -57,6 +57,15 @@ void Buscador::buscar(const QString &texto)
     });
 }
 
+void Buscador::olvidar()
+{
+    beginResetModel();
+    resultados_.clear();
+    buscado_.clear();
+    endResetModel();
+    emit cambio();
+}
+
 void Buscador::abrir(int fila)
 {
     if (fila < 0 || fila >= resultados_.size())

@@ -32,6 +32,7 @@ public:
     int cuantos() const { return static_cast<int>(resultados_.size()); }
     const QList<ResultadoGlobal> &resultados() const { return resultados_; }
 
+    void olvidar();
     /// Nothing happens with fewer than two letters.
     Q_INVOKABLE void buscar(const QString &texto);
     /// Asks for the view of that row by one of the signals.

@@ -110,14 +110,30 @@ void Contactos::leer()
         leido.fotos.removeIf([esImagen](const auto &foto) { return !esImagen(foto.value()); });
         return leido;
     };
-    enSegundoPlano(this, trabajo, [this](const Leido &leido) { aplicar(leido); });
+    enSegundoPlano(this, trabajo, [this, suya = ++vuelta](const Leido &leido) {
+        if (suya == vuelta)
+            aplicar(leido);
+    });
+}
+
+void Contactos::olvidar()
+{
+    ++vuelta;
+    cargando_ = false;
+    yaMire_ = false;
+    lista_.clear();
+    elegido_.reset();
+    busqueda_.clear();
+    aviso_.clear();
+    motivo_.reset();
+    hoja_ = SinHoja;
+    mostrar();
 }
 
 void Contactos::aplicar(const Leido &leido)
 {
     cargando_ = false;
     lista_ = leido.lista;
-    ++vuelta;
     {
         const QMutexLocker uno(&cerrojo);
         fotos = leido.fotos;

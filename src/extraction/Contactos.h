@@ -65,6 +65,10 @@ public:
 
     /// Reads what has been taken out; where that is nothing, or older than the backup, lets the engine take it out.
     Q_INVOKABLE void leer();
+    /// What has been read may be old: it is read again when it is next looked at.
+    void caducar() { yaMire_ = false; }
+    /// Another phone came.
+    void olvidar();
     Q_INVOKABLE void elegir(int fila);
     Q_INVOKABLE void exportar(vellora::Contactos::Formato formato, const QString &fichero);
     Q_INVOKABLE void copiarAlMac();
@@ -111,7 +115,7 @@ private:
     bool yaMire_ = false;
     bool guardando_ = false;
     Hojas hoja_ = SinHoja;
-    int vuelta = 0; ///< of the reading, so that a photo's address is another one after each
+    int vuelta = 0; ///< of the reading: what an earlier one brings late is dropped, and photos have another address
     mutable QMutex cerrojo;
     QHash<qint64, QByteArray> fotos;
 };

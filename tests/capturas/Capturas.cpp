@@ -1,5 +1,6 @@
 #include "capturas/Fotografo.h"
 #include "core/Herramientas.h"
+#include "extraction/ExportarPDF.h"
 #include "platform/Apariencia.h"
 #include "support/TelefonoSimulado.h"
 #include "ui/Interfaz.h"
@@ -272,6 +273,10 @@ void Sesion::misDatos()
            [this] { return programa.visor.property("conversaciones").value<Conversaciones *>()->cuantos() == 8; });
     QTest::qWait(300);
     foto(u"conversaciones"_s, {960, 1280, 1920});
+    Extraccion::chatsEnPagina(modelo.carpetaDatos());
+    QFile pdf(QDir::homePath() + u"/conversacion.pdf"_s);
+    if (pdf.open(QIODevice::WriteOnly))
+        pdf.write(ExportarPDF::pdf(Mensajes::leer(chats), u"Lucía"_s).value_or(QByteArray()));
     tecla(Qt::Key_Escape);
     programa.visor.verTabla(modelo.carpetaDatos() + u"/Calendario.csv"_s);
     QTest::qWait(300);
@@ -287,7 +292,7 @@ void Sesion::buscar()
 {
     tecla(Qt::Key_5, Qt::ControlModifier);
     foto(u"buscar-todo"_s, {960, 1280});
-    programa.buscador.buscar(u"cumpleaños"_s);
+    programa.buscador.buscar(u"domingo"_s);
     espera("the search", [this] { return !programa.buscador.buscando(); });
     foto(u"buscar-todo-hallado"_s, {960, 1280});
     programa.buscador.buscar(u"xilófono"_s);
@@ -320,6 +325,20 @@ void Sesion::contrasenas()
         "what the backup says of passwords", [this] { return programa.contrasenas.estado() != u"empezando"; }, 60);
     pulsa(u"Cerrar este aviso"_s);
     foto(u"contrasenas-sin-cifrar"_s, {960, 1280});
+    programa.contrasenas.aplicar(FalloDeClaves{u"La contraseña guardada no abre esta copia."_s});
+    foto(u"contrasenas-fallo"_s, {1280});
+    const auto una = [](const QString &tipo, const QString &donde, const QString &usuario, const QString &clave) {
+        return ClaveGuardada{QUuid::createUuid(), tipo, donde, usuario, clave};
+    };
+    programa.contrasenas.aplicar(
+        ClavesListas{{una(u"wifi"_s, u"Casa de la abuela"_s, {}, u"rosquillas;1957"_s),
+                      una(u"wifi"_s, u"Bar El Ñandú 🍻"_s, {}, u"pide una caña"_s),
+                      una(u"internet"_s, u"correo.ejemplo.es"_s, u"marta@ejemplo.es"_s, u"M@rta;2026"_s),
+                      una(u"internet"_s, u"tienda.ejemplo.com"_s, u"marta.ruiz"_s, u"zapatos42"_s),
+                      una(u"app"_s, u"com.ejemplo.deporte"_s, u"usuario-8871"_s, QString(120, u'k'))},
+                     3});
+    programa.contrasenas.ver(2, true);
+    foto(u"contrasenas-listas"_s, {960, 1280, 1920});
 }
 
 void Sesion::dosTelefonos()

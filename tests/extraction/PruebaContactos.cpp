@@ -1,7 +1,9 @@
 #include "extraction/Contacto.h"
 #include "extraction/Extraccion.h"
 #include "support/BaseDePrueba.h"
+#include "support/TextosHostiles.h"
 
+#include <QProcess>
 #include <QTemporaryDir>
 
 using namespace Qt::StringLiterals;
@@ -32,6 +34,7 @@ private slots:
     void fotos();
     void vcard();
     void hoja();
+    void textosHostilesEnLaHoja();
 
 private:
     std::unique_ptr<QTemporaryDir> casa;
@@ -103,6 +106,35 @@ void PruebaContactos::hoja()
     const auto ana =
         std::find_if(lineas.begin(), lineas.end(), [](const auto &una) { return una.startsWith("Ana;Ñandú;;"); });
     QVERIFY(ana != lineas.end() && ana->contains("+34 600 000 000") && ana->count(" / ") == 2);
+}
+
+/// The table as another program reads it: each person in one row of five columns, with his name as he typed it.
+void PruebaContactos::textosHostilesEnLaHoja()
+{
+    const auto fichero = casa->filePath(u"c.csv"_s);
+    QList<Contacto> lista;
+    for (const auto &texto : textosHostiles())
+        lista << Contacto{lista.size(), texto, texto, texto, {u"600"_s}, {u"a@b.es"_s}, {}};
+    QVERIFY(lista.size() >= 80);
+    QVERIFY(Extraccion::guardarContactosCSV(fichero, lista));
+    QProcess lector;
+    lector.start(u"python3"_s, {u"-c"_s,
+                                u"import csv, sys\n"
+                                "csv.field_size_limit(10**6)\n"
+                                "with open(sys.argv[1], encoding='utf-8', newline='\\n') as f:\n"
+                                "    filas = list(csv.reader((l for l in f.read().split('\\n') if l), delimiter=';', "
+                                "quoting=csv.QUOTE_NONE))\n"
+                                "sys.stdout.buffer.write('\\x1e'.join('\\x1f'.join(f) for f in filas).encode())\n"_s,
+                                fichero});
+    QVERIFY(lector.waitForFinished(30'000));
+    QCOMPARE(lector.readAllStandardError(), QByteArray());
+    const auto filas = QString::fromUtf8(lector.readAllStandardOutput()).split(QChar(0x1E));
+    QCOMPARE(filas.size(), lista.size() + 1);
+    for (qsizetype i = 0; i < lista.size(); ++i) {
+        const auto celdas = filas[i + 1].split(QChar(0x1F));
+        const auto esperado = QString(lista[i].nombre).replace(u';', u',');
+        QCOMPARE(celdas, (QStringList{esperado, esperado, esperado, u"600"_s, u"a@b.es"_s}));
+    }
 }
 
 QTEST_GUILESS_MAIN(PruebaContactos)

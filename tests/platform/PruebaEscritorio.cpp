@@ -1,3 +1,4 @@
+#include "platform/AbridorDeDirecciones.h"
 #include "platform/Apariencia.h"
 #include "platform/Desvelador.h"
 #include "platform/GestorDeArchivos.h"
@@ -126,6 +127,14 @@ void PruebaEscritorio::ensenarUnaCarpeta()
     QTRY_VERIFY(abierto.exists());
     QVERIFY(abierto.open(QIODevice::ReadOnly));
     QCOMPARE(QString::fromUtf8(abierto.readAll()), rara);
+
+    // Addresses go the same way, whole and in one piece.
+    QVERIFY(abierto.remove());
+    abrirDireccion(QUrl(u"tel:+34600000000"_s));
+    QTRY_VERIFY(abierto.exists());
+    QVERIFY(abierto.open(QIODevice::ReadOnly));
+    QCOMPARE(abierto.readAll(), QByteArray("tel:+34600000000"));
+    QVERIFY(!hayQuienAbra(u"un-esquema-que-nadie-abre"_s));
 }
 
 void PruebaEscritorio::losProcesosDelOrdenador()

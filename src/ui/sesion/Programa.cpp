@@ -9,6 +9,8 @@
 #include <QPointer>
 #include <QVariantMap>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace vellora
@@ -31,8 +33,23 @@ Programa::Programa(const Copias::HayClave &hayClave)
         if (!cerradura.abierta())
             contrasenas.olvidar();
     });
+    connect(&modelo, &Modelo::cambioDeSesion, this, &Programa::quizaOtroTelefono);
+    // A new backup may tell of other people.
+    connect(&modelo.tarea(), &Tarea::acabada, &contactos, &Contactos::caducar);
     connect(&copias, &Copias::copiaEmpezada, this,
             [this](const QString &alAcabar) { telegram.avisarAlTerminar(modelo.tarea(), alAcabar); });
+}
+
+/// What is in view of one phone's data is not taken for another's.
+void Programa::quizaOtroTelefono()
+{
+    const auto datos = modelo.carpetaDatos();
+    if (std::exchange(carpetaEnVista, datos) == datos)
+        return;
+    visor.cerrar();
+    contactos.olvidar();
+    contrasenas.olvidar();
+    buscador.olvidar();
 }
 
 void Programa::pedirDevolver()
@@ -105,9 +122,11 @@ QVariantList Programa::piezas()
         pieza(u"mvt"_s, u"Buscar programas espía"_s, u"MVT License 1.1"_s),
         pieza(u"SQLite"_s, u"Leer los datos de una copia"_s, u"Dominio público"_s),
         pieza(u"OpenSSL"_s, u"Abrir las copias cifradas"_s, u"Apache-2.0"_s),
+        pieza(u"nettle"_s, u"Abrir las contraseñas de una copia cifrada"_s, u"LGPL-3.0"_s),
+        pieza(u"Evolution Data Server"_s, u"Apuntar contactos en la agenda de este Mac"_s, u"LGPL-2.1"_s),
         pieza(u"libsecret"_s, u"Guardar la contraseña de las copias en el Llavero"_s, u"LGPL-2.1"_s),
         pieza(u"Bootstrap Icons"_s, u"Los dibujos"_s, u"MIT"_s),
-        pieza(u"Inter"_s, u"La letra"_s, u"OFL-1.1"_s)};
+        pieza(u"Inter y Noto"_s, u"Las letras"_s, u"OFL-1.1"_s)};
 }
 
 QString Programa::version()

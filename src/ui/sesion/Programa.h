@@ -77,7 +77,10 @@ signals:
     void pidiendoDevolverCambio();
 
 private:
+    void quizaOtroTelefono();
+
     bool pidiendoDevolver_ = false;
+    QString carpetaEnVista;
 
     Modelo *modeloPuntero() { return &modelo; }
     Copias *copiasPuntero() { return &copias; }
