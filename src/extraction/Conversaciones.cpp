@@ -219,8 +219,13 @@ void Conversaciones::copiarChat()
 {
     if (!elegido_)
         return;
-    QGuiApplication::clipboard()->setText(enLineas(chats[*elegido_].mensajes));
-    avisar(u"Conversación copiada. Pégala donde quieras."_s);
+    const auto trabajo = [mensajes = chats[*elegido_].mensajes] {
+        return enLineas(mensajes);
+    };
+    enSegundoPlano(this, trabajo, [this](const QString &texto) {
+        QGuiApplication::clipboard()->setText(texto);
+        avisar(u"Conversación copiada. Pégala donde quieras."_s);
+    });
 }
 
 void Conversaciones::guardarChat(const QString &fichero)

@@ -84,6 +84,7 @@ void leerContrasenas(Tarea &tarea, const QString &carpetaCopias, const QString &
     const auto titulo = u"Abriendo tus contraseñas"_s;
     const auto lectura = std::make_shared<Lectura>();
     tarea.empezar(titulo, u"Tarda unos segundos."_s);
+    tarea.muestra();
     if (!Motor::disponible())
         resultado(FalloDeClaves{u"No encuentro el motor del iPhone dentro de la app."_s});
     tarea.lanzarMotorPublico(

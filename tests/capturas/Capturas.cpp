@@ -292,10 +292,14 @@ void Sesion::buscar()
 {
     tecla(Qt::Key_5, Qt::ControlModifier);
     foto(u"buscar-todo"_s, {960, 1280});
-    programa.buscador.buscar(u"domingo"_s);
+    tecla(Qt::Key_A, Qt::ControlModifier);
+    Manos::escribir(*ventana, u"domingo"_s);
+    tecla(Qt::Key_Return);
     espera("the search", [this] { return !programa.buscador.buscando(); });
     foto(u"buscar-todo-hallado"_s, {960, 1280});
-    programa.buscador.buscar(u"xilófono"_s);
+    tecla(Qt::Key_A, Qt::ControlModifier);
+    Manos::escribir(*ventana, u"trineo"_s);
+    tecla(Qt::Key_Return);
     espera("the search", [this] { return !programa.buscador.buscando(); });
     foto(u"buscar-todo-nada"_s, {960, 1280});
 }

@@ -100,9 +100,9 @@ void PruebaVisor::copiarYGuardar()
     conversaciones.abrir(ruta(u"chats"_s), u"WhatsApp"_s);
     QTRY_COMPARE(conversaciones.cuantos(), 2);
     conversaciones.copiarChat();
+    QTRY_COMPARE(conversaciones.mensaje(), u"Conversación copiada. Pégala donde quieras."_s);
     QCOMPARE(QGuiApplication::clipboard()->text(),
              u"01/02/2026 10:00 Ana: hola\nsegunda\n01/02/2026 10:01 Yo: <b>adiós</b>"_s);
-    QCOMPARE(conversaciones.mensaje(), u"Conversación copiada. Pégala donde quieras."_s);
     conversaciones.guardarChat(ruta(u"copia.txt"_s));
     QCOMPARE(conversaciones.mensaje(), u"Guardado."_s);
     QCOMPARE(leerFichero(ruta(u"copia.txt"_s)), texto);

@@ -73,7 +73,7 @@ void PruebaEscritorio::elCerrojoSeTomaUnaVezYSeSuelta()
         desvelador.despierta();
         QTRY_COMPARE(descriptores(), antes + 1);
     }
-    QCOMPARE(descriptores(), antes);
+    QTRY_COMPARE(descriptores(), antes); // a bus under load hands one over a moment later
 }
 
 void PruebaEscritorio::elAspectoSigueAlSistema()

@@ -130,12 +130,12 @@ void PruebaCifrado::cifrarCopiarYSacar()
     const auto sacado = correr({u"datos"_s});
     QVERIFY(telefono->orden(u"conectar"_s));
     QVERIFY2(sacado.codigo == 0, qPrintable(sacado.registro.join(u'\n')));
-    for (const auto &cosa :
-         {u"Mensajes: "_s, u"WhatsApp: "_s, u"Grabadora: "_s, u"Contactos: "_s, u"Llamadas: "_s, u"Notas: "_s,
-          u"Calendario: "_s, u"Recordatorios: "_s, u"Safari: "_s, u"Salud: "_s, u"Buzón de voz: "_s})
+    for (const auto &cosa : {u"Mensajes: "_s, u"WhatsApp: "_s, u"Grabadora: "_s, u"Contactos: "_s, u"Llamadas: "_s,
+                             u"Notas: "_s, u"Calendario: "_s, u"Recordatorios: "_s, u"Safari: "_s, u"Salud: "_s,
+                             u"Buzón de voz: "_s, u"Conversaciones: "_s})
         QVERIFY2(!sacado.registro.filter(cosa).isEmpty(), qPrintable(cosa));
     QVERIFY(sacado.registro.filter(u"Lo que NO sale"_s).isEmpty());
-    QCOMPARE(sacado.detalle, u"11 tipos de datos guardados"_s);
+    QCOMPARE(sacado.detalle, u"12 tipos de datos guardados"_s);
     QVERIFY(QFile::exists(sacado.carpeta + u"/Llamadas.csv"_s));
     QVERIFY(!QFile::exists(QDir::tempPath() + u"/vellora-extraccion"_s));
 

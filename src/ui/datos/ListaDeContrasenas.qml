@@ -47,6 +47,8 @@ FocusScope {
         y: lista.originY - height
         width: lista.width - 56
         contrasenas: raiz.contrasenas
+        // Who is at the top stays there when it grows.
+        onHeightChanged: if (lista.contentY <= lista.originY) lista.contentY = lista.originY - height
         onGuardarTodas: guardar.abrir("Mis contraseñas del iPhone.csv")
     }
 }

@@ -39,9 +39,11 @@ FocusScope {
             alto: 44
             focus: true
             pista: "Escribe lo que buscas y pulsa Enter"
-            texto: raiz.buscador.buscado
             onAceptado: raiz.buscador.buscar(campo.texto)
-            Component.onCompleted: forceActiveFocus()
+            Component.onCompleted: {
+                campo.texto = raiz.buscador.buscado;
+                forceActiveFocus();
+            }
         }
 
         Item {

@@ -57,7 +57,7 @@ QImage FotosDeContactos::requestImage(const QString &id, QSize *tamano, const QS
     // A disc is cut out of it, so it must cover what is asked for.
     if (suyo.isValid() && pedido.isValid() && !pedido.isEmpty())
         lector.setScaledSize(suyo.scaled(pedido, Qt::KeepAspectRatioByExpanding).boundedTo(suyo));
-    const auto imagen = redonda(lector.read());
+    auto imagen = redonda(lector.read());
     if (tamano != nullptr)
         *tamano = suyo;
     return imagen;
