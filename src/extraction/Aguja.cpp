@@ -114,9 +114,8 @@ VELLORA_VECTORES bool hayPareja(const unsigned char *aqui, std::pair<unsigned ch
 
 char32_t Aguja::minuscula(char32_t letra)
 {
-    // The capital dotted i is an i and a combining dot, which is not the letter i.
-    constexpr char32_t iConPunto = 0x130;
-    return letra == iConPunto ? letra : QChar::toLower(letra);
+    // What is two characters in lower case, as the capital dotted i, stays as it is.
+    return QChar::toLower(letra);
 }
 
 Aguja::Aguja(const QString &texto)

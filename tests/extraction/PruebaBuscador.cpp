@@ -200,6 +200,13 @@ void PruebaBuscador::lineasLargas()
         pon(u"Mensajes/larga.txt"_s, "ag" + QByteArray(relleno, 'x') + "uja\n");
         QVERIFY(busca(u"aguja"_s).isEmpty());
     }
+    // What is kept of a long line for its excerpt does not make a word with what is kept of its end.
+    for (qsizetype fin = 270'300; fin < 270'400; ++fin) {
+        auto linea = QByteArray(8190, 'x') + "ag" + QByteArray(fin - 8192, 'x');
+        linea.replace(fin - 20, 3, "uja");
+        pon(u"Mensajes/larga.txt"_s, linea + QByteArray(300'000, 'x'));
+        QVERIFY(busca(u"aguja"_s).isEmpty());
+    }
 }
 
 void PruebaBuscador::indiceDanado_data()
