@@ -414,6 +414,20 @@ bool Sesion::soloElMarco()
     foto(u"resumen-doble"_s);
     tecla(Qt::Key_4, Qt::ControlModifier);
     foto(u"copias-doble"_s);
+    const auto chats = modelo.carpetaDatos() + u"/WhatsApp/Chats"_s;
+    QDir().mkpath(chats);
+    QFile conversacion(chats + u"/Lucía.txt"_s);
+    if (conversacion.open(QIODevice::WriteOnly))
+        conversacion.write("[01/02/2026 12:04] Lucía: ¿Llegáis a comer el domingo? Hago arroz 🥘\n"
+                           "[01/02/2026 12:06] YO: Sí, los cuatro. Llevo yo el postre.\n");
+    conversacion.close();
+    programa.visor.verChats(conversacion.fileName());
+    QTest::qWait(500);
+    foto(u"conversaciones-doble"_s);
+    pulsa(u"Contraseñas"_s);
+    programa.contrasenas.aplicar(
+        ClavesListas{{{QUuid::createUuid(), u"wifi"_s, u"Casa de la abuela"_s, {}, u"rosquillas"_s}}, 1});
+    foto(u"contrasenas-doble"_s);
     return acaba();
 }
 
