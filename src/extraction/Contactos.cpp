@@ -4,6 +4,7 @@
 #include "core/Ejecutor.h"
 #include "core/Motor.h"
 #include "core/SegundoPlano.h"
+#include "core/Tarea.h"
 #include "extraction/Contactar.h"
 #include "extraction/Extraccion.h"
 #include "session/Modelo.h"
@@ -103,8 +104,10 @@ void Contactos::leer()
     cargando_ = true;
     emit cambio();
     const Sitios sitios{*udid, modelo.carpetaCopias(), modelo.carpetaDatos()};
-    const auto trabajo = [sitios, esImagen = esImagen] {
-        if (esViejo(sitios))
+    // A job may be making the very backup.
+    const bool quieta = !modelo.tarea().enMarcha();
+    const auto trabajo = [sitios, quieta, esImagen = esImagen] {
+        if (quieta && esViejo(sitios))
             sacarAgenda(sitios);
         Leido leido{Extraccion::leerContactos(sitios.datos), Extraccion::fotosDeContactos(sitios.datos)};
         leido.fotos.removeIf([esImagen](const auto &foto) { return !esImagen(foto.value()); });
