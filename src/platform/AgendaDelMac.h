@@ -50,8 +50,16 @@ struct Borrado {
 /// Deletes the person found by `ficha`.
 Borrado borrar(const FichaDeAgenda &ficha);
 
-/// The characters of a number that are digits: numbers are the same when these are.
-QString soloCifras(const QString &numero);
+/// The characters of a number that are digits: numbers are the same when these are. Here, for the loaded part too.
+inline QString soloCifras(const QString &numero)
+{
+    QString cifras;
+    for (const auto letra : numero) {
+        if (letra.isNumber())
+            cifras += letra;
+    }
+    return cifras;
+}
 
 } // namespace AgendaDelMac
 

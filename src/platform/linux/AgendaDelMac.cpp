@@ -54,16 +54,6 @@ std::optional<LibretaDelEscritorio::Persona> parecida(LibretaDelEscritorio &en, 
 
 } // namespace
 
-QString soloCifras(const QString &numero)
-{
-    QString cifras;
-    for (const auto letra : numero) {
-        if (letra.isNumber())
-            cifras += letra;
-    }
-    return cifras;
-}
-
 bool pedirPermiso()
 {
     return libreta() != nullptr;

@@ -144,7 +144,9 @@ public:
         const Objetos<EContact> contacto(leido);
         ponerNombres(contacto.get(), ficha);
         cambiarValores(contacto.get(), EVC_TEL, "CELL", sobran.telefonos, ficha.telefonos,
-                       [](const QString &uno, const QString &otro) { return soloCifras(uno) == soloCifras(otro); });
+                       [](const QString &uno, const QString &otro) {
+                           return vellora::AgendaDelMac::soloCifras(uno) == vellora::AgendaDelMac::soloCifras(otro);
+                       });
         cambiarValores(
             contacto.get(), EVC_EMAIL, "HOME", sobran.correos, ficha.correos,
             [](const QString &uno, const QString &otro) { return uno.compare(otro, Qt::CaseInsensitive) == 0; });
@@ -160,14 +162,6 @@ public:
     }
 
 private:
-    static QString soloCifras(const QString &numero)
-    {
-        QString cifras;
-        std::copy_if(numero.begin(), numero.end(), std::back_inserter(cifras),
-                     [](QChar letra) { return letra.isNumber(); });
-        return cifras;
-    }
-
     /// Values that the record had and keeps stay as they are, with what the owner's other programs noted on them.
     template <typename Igual>
     static void cambiarValores(EContact *contacto, const char *nombre, const char *tipo, const QStringList &antes,
