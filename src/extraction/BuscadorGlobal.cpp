@@ -51,7 +51,7 @@ ResultadoGlobal nuevo(const Fuente &fuente, const QString &titulo, const QString
             false};
 }
 
-struct Tarea {
+struct Encargo {
     const Fuente *fuente;
     QString fichero;
 };
@@ -60,34 +60,34 @@ struct Tarea {
 /// together again in their order.
 void enConversaciones(const Aguja &aguja, const QString &datos, const Avance &avance, QList<ResultadoGlobal> &hallados)
 {
-    std::vector<Tarea> tareas;
+    std::vector<Encargo> encargos;
     for (const auto &fuente : conversaciones) {
         for (const auto &fichero : ficherosDeTexto(datos + QString::fromUtf16(fuente.sitio)))
-            tareas.push_back({&fuente, fichero});
+            encargos.push_back({&fuente, fichero});
     }
-    std::vector<std::optional<ResultadoGlobal>> porTarea(tareas.size());
+    std::vector<std::optional<ResultadoGlobal>> porEncargo(encargos.size());
     std::atomic<std::size_t> siguiente = 0;
     std::mutex avisando;
     std::size_t hechas = 0;
     const auto trabajar = [&] {
         PrimeraLinea lector(aguja);
-        for (auto cual = siguiente++; cual < tareas.size(); cual = siguiente++) {
-            const auto &[fuente, fichero] = tareas[cual];
+        for (auto cual = siguiente++; cual < encargos.size(); cual = siguiente++) {
+            const auto &[fuente, fichero] = encargos[cual];
             if (const auto linea = lector.en(fichero))
-                porTarea[cual] = nuevo(*fuente, nombreDeChat(fichero), *linea, fichero);
+                porEncargo[cual] = nuevo(*fuente, nombreDeChat(fichero), *linea, fichero);
             if (!avance)
                 continue;
             const std::scoped_lock uno(avisando);
-            avance(static_cast<double>(++hechas) / static_cast<double>(tareas.size()));
+            avance(static_cast<double>(++hechas) / static_cast<double>(encargos.size()));
         }
     };
     std::vector<std::jthread> hilos;
-    const auto cuantos = std::min<std::size_t>(std::max(1U, std::thread::hardware_concurrency()), tareas.size());
+    const auto cuantos = std::min<std::size_t>(std::max(1U, std::thread::hardware_concurrency()), encargos.size());
     for (std::size_t i = 1; i < cuantos; ++i)
         hilos.emplace_back(trabajar);
     trabajar();
     hilos.clear();
-    for (auto &uno : porTarea) {
+    for (auto &uno : porEncargo) {
         if (uno)
             hallados << *std::move(uno);
     }

@@ -3,7 +3,6 @@
 #include "core/CarpetaDeDestino.h"
 #include "extraction/Aguja.h"
 
-#include <QDir>
 #include <QFile>
 #include <QTextBoundaryFinder>
 
