@@ -11,6 +11,7 @@
 #include <QSaveFile>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -230,8 +231,12 @@ void Conversaciones::copiarChat()
 
 void Conversaciones::guardarChat(const QString &fichero)
 {
-    if (elegido_)
-        avisar(copiarA(chats[*elegido_].fichero, fichero) ? u"Guardado."_s : u"No se pudo guardar."_s);
+    if (!elegido_)
+        return;
+    const auto trabajo = [origen = chats[*elegido_].fichero, fichero] {
+        return copiarA(origen, fichero);
+    };
+    enSegundoPlano(this, trabajo, [this](bool bien) { avisar(bien ? u"Guardado."_s : u"No se pudo guardar."_s); });
 }
 
 void Conversaciones::exportarPDF()
@@ -257,9 +262,12 @@ void Conversaciones::exportarPDF()
 
 void Conversaciones::guardarPdf(const QString &fichero)
 {
-    const bool bien = !pdf.isEmpty() && escribirEntero(fichero, pdf);
-    pdf.clear();
-    avisar(bien ? u"PDF guardado con formato de chat."_s : u"No se pudo guardar el PDF."_s);
+    const auto trabajo = [bytes = std::exchange(pdf, {}), fichero] {
+        return !bytes.isEmpty() && escribirEntero(fichero, bytes);
+    };
+    enSegundoPlano(this, trabajo, [this](bool bien) {
+        avisar(bien ? u"PDF guardado con formato de chat."_s : u"No se pudo guardar el PDF."_s);
+    });
 }
 
 int Conversaciones::rowCount(const QModelIndex &padre) const
