@@ -10,6 +10,9 @@ Desplazable {
 
     required property Contactos contactos
     readonly property contacto ficha: raiz.contactos.ficha
+    property bool exportando: false
+
+    signal exporta(formato: int)
 
     contentHeight: columna.y + columna.implicitHeight + 28
 
@@ -107,15 +110,34 @@ Desplazable {
             }
 
             Boton {
+                clase: Boton.Peligroso
+                texto: "Borrar"
+                onPulsado: raiz.contactos.abrirHoja(Contactos.Borrar)
+            }
+
+            Boton {
                 texto: "Al Mac"
                 ayuda: "Guardarlo en la agenda de este Mac"
                 onPulsado: raiz.contactos.copiarAlMac()
             }
 
             Boton {
-                clase: Boton.Peligroso
-                texto: "Borrar"
-                onPulsado: raiz.contactos.abrirHoja(Contactos.Borrar)
+                texto: "Exportar"
+                onPulsado: raiz.exportando = !raiz.exportando
+            }
+
+            Boton {
+                visible: raiz.exportando
+                clase: Boton.Callado
+                texto: "Guardar todos (vCard)"
+                onPulsado: raiz.exporta(Contactos.VCard)
+            }
+
+            Boton {
+                visible: raiz.exportando
+                clase: Boton.Callado
+                texto: "Guardar todos (hoja)"
+                onPulsado: raiz.exporta(Contactos.Hoja)
             }
         }
 

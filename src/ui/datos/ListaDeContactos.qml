@@ -10,6 +10,14 @@ FocusScope {
 
     required property Contactos contactos
 
+    /// Asks where to keep everybody, as cards or as a table.
+    function exporta(formato: int) {
+        if (formato === Contactos.VCard)
+            guardarTarjetas.abrir("Contactos del iPhone.vcf");
+        else
+            guardarHoja.abrir("Contactos del iPhone.csv");
+    }
+
     GuardarComo {
         id: guardarTarjetas
 
@@ -57,14 +65,14 @@ FocusScope {
             simbolo: "square.and.arrow.up"
             nombre: "Guardar todos (vCard)"
             ayuda: "Guardar todos (vCard)"
-            onPulsado: guardarTarjetas.abrir("Contactos del iPhone.vcf")
+            onPulsado: raiz.exporta(Contactos.VCard)
         }
 
         BotonDeSimbolo {
             simbolo: "tablecells"
             nombre: "Guardar todos (hoja)"
             ayuda: "Guardar todos (hoja)"
-            onPulsado: guardarHoja.abrir("Contactos del iPhone.csv")
+            onPulsado: raiz.exporta(Contactos.Hoja)
         }
     }
 

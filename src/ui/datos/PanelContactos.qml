@@ -34,6 +34,7 @@ FocusScope {
             anchors.fill: parent
             visible: raiz.contactos.elegido >= 0
             contactos: raiz.contactos
+            onExporta: formato => lateral.exporta(formato)
         }
 
         EstadoVacio {
