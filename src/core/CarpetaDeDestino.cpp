@@ -3,6 +3,8 @@
 #include <QDir>
 #include <QFile>
 
+#include <cerrno>
+#include <cstdio>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
@@ -82,6 +84,41 @@ bool CarpetaDeDestino::colocar(int numero, const QByteArray &relativa)
     // Between two names of the same bytes nothing is renamed, and the working one stays.
     desechar(numero);
     return true;
+}
+
+CarpetaDeDestino::Sitio CarpetaDeDestino::colocarSiCabe(int numero, const QByteArray &relativa)
+{
+    const auto corte = relativa.lastIndexOf('/');
+    const int suya = corte < 0 ? *raiz : carpeta(relativa.first(corte));
+    if (suya < 0)
+        return Sitio::Negado;
+    const auto nombre = relativa.sliced(corte + 1);
+    const auto deTrabajo = nombreDeTrabajo(numero);
+    if (renameat2(*raiz, deTrabajo.constData(), suya, nombre.constData(), RENAME_NOREPLACE) == 0)
+        return Sitio::Suyo;
+    if (errno == EEXIST)
+        return Sitio::Ocupado;
+    // Some file systems know no such renaming.
+    struct stat estado = {};
+    if (errno != EINVAL)
+        return Sitio::Negado;
+    if (fstatat(suya, nombre.constData(), &estado, AT_SYMLINK_NOFOLLOW) == 0)
+        return Sitio::Ocupado;
+    return renameat(*raiz, deTrabajo.constData(), suya, nombre.constData()) == 0 ? Sitio::Suyo : Sitio::Negado;
+}
+
+Descriptor CarpetaDeDestino::leer(const QByteArray &relativa)
+{
+    const auto corte = relativa.lastIndexOf('/');
+    const int suya = corte < 0 ? *raiz : carpeta(relativa.first(corte));
+    return Descriptor(suya < 0 ? -1
+                               : openat(suya, relativa.sliced(corte + 1).constData(),
+                                        O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK));
+}
+
+bool CarpetaDeDestino::asentar() const
+{
+    return syncfs(*raiz) == 0;
 }
 
 void CarpetaDeDestino::desechar(int numero) const

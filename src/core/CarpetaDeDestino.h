@@ -57,6 +57,13 @@ public:
     bool nuevoEnlaceDe(const QString &fichero, int numero) const;
     /// Gives the working file its own name, making the folders on the way and replacing a file of that name.
     bool colocar(int numero, const QByteArray &relativa);
+    enum class Sitio { Suyo, Ocupado, Negado };
+    /// The same, but never over another file: with `Ocupado` the working file stays as it was.
+    Sitio colocarSiCabe(int numero, const QByteArray &relativa);
+    /// Opens a file of the folder to read; invalid when there is none, or it is a link.
+    Descriptor leer(const QByteArray &relativa);
+    /// Puts on the disk what was written here. False when some of it could not be.
+    bool asentar() const;
     void desechar(int numero) const;
 
     /// Removes the working files that a run left behind when it was ended.

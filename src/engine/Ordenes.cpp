@@ -19,8 +19,17 @@ struct Orden {
 constexpr std::array ordenes{
     Orden{"bateria"_L1, &bateria, "udid"_L1},
     Orden{"bateria-historial"_L1, &bateriaHistorial, "udid fichero"_L1},
+    Orden{"borrar-biblioteca-fotos"_L1, &borrarBibliotecaFotos, "udid"_L1},
+    Orden{"borrar-elegidas"_L1, &borrarElegidas, "udid lista"_L1},
+    Orden{"borrar-elegidas-de-verdad"_L1, &borrarElegidasDeVerdad, "udid lista"_L1},
+    Orden{"borrar-fotos-iphone"_L1, &borrarFotosIPhone, "udid"_L1},
     Orden{"contrasenas"_L1, &contrasenas, "udid copia"_L1},
+    Orden{"copiar"_L1, &copiar, "udid destino"_L1},
+    Orden{"copiar-elegidas"_L1, &copiarElegidas, "udid lista destino"_L1},
     Orden{"extraer"_L1, &extraer, "udid copias destino"_L1},
+    Orden{"liberar"_L1, &liberar, "udid carpeta"_L1},
+    Orden{"listar-carrete"_L1, &listarCarrete, "udid carpeta"_L1},
+    Orden{"recuperar-carrete"_L1, &recuperarCarrete, "udid copias destino"_L1},
     Orden{"red"_L1, &red, "udid"_L1},
 };
 

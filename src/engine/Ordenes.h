@@ -35,6 +35,36 @@ int bateriaHistorial(const QStringList &argumentos, Avisos &avisar);
 /// password may be empty then. Passwords go to no file, not even a temporary one.
 int contrasenas(const QStringList &argumentos, Avisos &avisar);
 
+/// "copiar" UDID DESTINO: brings what of the camera roll is not yet in the folder. Notices: "total" n, "progreso" hechos
+/// copiados saltados bytes fichero, "fallo" fichero motivo, "fin" copiados saltados fallos bytes. Not well with a
+/// failure among them.
+int copiar(const QStringList &argumentos, Avisos &avisar);
+/// "copiar-elegidas" UDID LISTA DESTINO: the same of the files whose paths are in the list, a line each.
+int copiarElegidas(const QStringList &argumentos, Avisos &avisar);
+/// "liberar" UDID CARPETA: takes off the phone what has a whole copy in the folder. Notices: "plan" a_borrar se_quedan
+/// (files) bytes; confirmed, after it "progreso" hechos, "fin" borrados liberados quedan_en_carrete (photos)
+/// lista_borrada; not well when one stays because its copy could not be proved. What was deleted is told in "Borradas del iPhone.txt" in the folder.
+int liberar(const QStringList &argumentos, Avisos &avisar);
+/// "borrar-fotos-iphone" UDID: every file of the roll. Unconfirmed: "plan" a_borrar bytes. Confirmed: "total" n,
+/// "progreso" hechos, "fin" borrados liberados.
+int borrarFotosIPhone(const QStringList &argumentos, Avisos &avisar);
+/// "borrar-biblioteca-fotos" UDID: the roll, its edits, the thumbnails and the list of the Photos app. Unconfirmed:
+/// "plan" as above. Confirmed: "total" n, "progreso" hechos copiados fichero, "fin" borrados quedan_fotos
+/// quedan_miniaturas lista_borrada.
+int borrarBibliotecaFotos(const QStringList &argumentos, Avisos &avisar);
+/// "borrar-elegidas" UDID LISTA: the files of the list. Unconfirmed: "plan" as above. Confirmed: "total" n, "progreso"
+/// hechos copiados fichero, "fin" borrados siguen_ahi quedan_en_carrete lista_borrada.
+int borrarElegidas(const QStringList &argumentos, Avisos &avisar);
+/// "borrar-elegidas-de-verdad" UDID LISTA: the same, and the list of the Photos app with them.
+int borrarElegidasDeVerdad(const QStringList &argumentos, Avisos &avisar);
+/// "recuperar-carrete" UDID COPIAS DESTINO: the roll out of the backup of that phone, in its own folders. Notices:
+/// "total" n, "progreso" hechos copiados, "fin" recuperadas saltadas bytes.
+int recuperarCarrete(const QStringList &argumentos, Avisos &avisar);
+/// "listar-carrete" UDID CARPETA: notices "carrete" lista, as many as it takes, whose elements have ruta, carpeta,
+/// nombre, bytes, fecha (seconds since 1970), tipo ("foto", "video", "retoque" or "ajustes"), elemento (the same for
+/// all files of one photo), copiado (in the folder) and estado ("visible", "oculta" or "papelera").
+int listarCarrete(const QStringList &argumentos, Avisos &avisar);
+
 /// "red" UDID: one notice "red": operador, telefono, sim_estado (in words), wifi_on, avion.
 int red(const QStringList &argumentos, Avisos &avisar);
 

@@ -116,6 +116,7 @@ Resultado<Afc> Afc::documentosDe(const Telefono &telefono, const QString &app)
 
 QString Afc::motivoDe(afc_error_t error, const QString &ruta)
 {
+    noEstaba = error == AFC_E_OBJECT_NOT_FOUND;
     switch (error) {
     case AFC_E_OBJECT_NOT_FOUND:
         return u"No está en el iPhone: "_s + ruta;
@@ -189,32 +190,40 @@ Resultado<FichaAfc> Afc::ficha(const QString &ruta)
     return ficha;
 }
 
-Resultado<qint64> Afc::leer(const QString &ruta, const std::function<bool(QByteArrayView)> &recibe)
+Resultado<qint64> Afc::leer(const QString &ruta, const Recibe &recibe)
 {
+    const auto como = ficha(ruta);
+    return como ? leer(ruta, *como, recibe) : Resultado<qint64>::fallo(como.motivo());
+}
+
+Resultado<qint64> Afc::leer(const QString &ruta, const FichaAfc &como, const Recibe &recibe)
+{
+    const auto haCambiado = [&] {
+        return Resultado<qint64>::fallo(u"Ha cambiado mientras se leía: "_s + ruta);
+    };
     const Abierto fichero(cliente.get(), ruta, AFC_FOPEN_RDONLY);
     if (fichero.fallo() != AFC_E_SUCCESS)
         return Resultado<qint64>::fallo(motivoDe(fichero.fallo(), ruta));
-    const auto datos = ficha(ruta);
-    if (!datos)
-        return Resultado<qint64>::fallo(datos.motivo());
     // Never more than there is: of an answer cut short, the library copies as much as was asked for, out of a block as
     // long as the answer.
-    QByteArray trozo(std::min(bloque, datos->tamano), Qt::Uninitialized);
+    QByteArray trozo(std::min(bloque, como.tamano), Qt::Uninitialized);
     qint64 total = 0;
-    while (total < datos->tamano) {
-        const auto pedidos = static_cast<uint32_t>(std::min(bloque, datos->tamano - total));
+    while (total < como.tamano) {
+        const auto pedidos = static_cast<uint32_t>(std::min(bloque, como.tamano - total));
         uint32_t leidos = 0;
         const auto error = afc_file_read(cliente.get(), fichero.numero(), trozo.data(), pedidos, &leidos);
         if (error != AFC_E_SUCCESS && error != AFC_E_END_OF_DATA)
             return Resultado<qint64>::fallo(motivoDe(error, ruta));
         if (leidos == 0)
-            return Resultado<qint64>::fallo(u"Ha cambiado mientras se leía: "_s + ruta);
+            return haCambiado();
         total += leidos;
         if (!recibe(QByteArrayView(trozo.constData(), leidos)))
-            break;
+            return total;
     }
-    const auto error = confirmar();
-    return error == AFC_E_SUCCESS ? Resultado(total) : Resultado<qint64>::fallo(motivoDe(error, ruta));
+    const auto ahora = ficha(ruta);
+    if (!ahora)
+        return Resultado<qint64>::fallo(ahora.motivo());
+    return *ahora == como ? Resultado(total) : haCambiado();
 }
 
 Resultado<qint64> Afc::escribir(const QString &ruta, const std::function<QByteArray()> &da)

@@ -18,6 +18,7 @@ struct FichaAfc {
     qint64 tamano = 0;
     QDateTime creado;
     QDateTime modificado;
+    bool operator==(const FichaAfc &) const = default;
 };
 
 /// Files of the phone, over its file service (AFC): those of the camera roll, of an app, or the crash reports. Paths
@@ -35,10 +36,14 @@ public:
     /// Names in a folder, without "." and "..", in the phone's order.
     Resultado<QStringList> listar(const QString &carpeta);
     Resultado<FichaAfc> ficha(const QString &ruta);
+    using Recibe = std::function<bool(QByteArrayView)>;
     /// Gives the file in pieces of at most 1 MiB until the end that it had at the beginning, or until `recibe` answers
     /// false. The bytes given. What was given is the file only when this succeeds: libimobiledevice 1.3.0 takes a cable
-    /// pulled out inside an answer for the answer, so that the phone is asked once more at the end.
-    Resultado<qint64> leer(const QString &ruta, const std::function<bool(QByteArrayView)> &recibe);
+    /// pulled out inside an answer for the answer, so that the phone is asked once more at the end; and a file that
+    /// was written to meanwhile fails.
+    Resultado<qint64> leer(const QString &ruta, const Recibe &recibe);
+    /// The same of a file whose facts are at hand: it fails too when they no longer hold.
+    Resultado<qint64> leer(const QString &ruta, const FichaAfc &como, const Recibe &recibe);
     /// Writes a file anew with the pieces that `da` answers, until an empty one. The bytes written. After a failure
     /// what was written stays in the phone.
     Resultado<qint64> escribir(const QString &ruta, const std::function<QByteArray()> &da);
@@ -49,8 +54,14 @@ public:
     std::optional<QString> borrar(const QString &ruta);
     std::optional<QString> borrarConLoDeDentro(const QString &ruta);
 
+    /// Asks anything: only the next answer proves that the end of the last one was not cut off. Absent when the phone
+    /// answers.
+    std::optional<QString> comprobar() { return hecho(confirmar(), {}); }
+
     /// The phone is gone: nothing more can be asked of it.
     bool perdido() const { return sinTelefono; }
+    /// The last failure: what was asked for is not in the phone.
+    bool faltaba() const { return noEstaba; }
 
 private:
     using Cliente = std::unique_ptr<afc_client_private, Cierra<afc_client_free>>;
@@ -66,6 +77,7 @@ private:
     Casa casa;
     Cliente cliente;
     bool sinTelefono = false;
+    bool noEstaba = false;
 };
 
 } // namespace vellora::motor

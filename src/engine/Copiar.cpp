@@ -1,0 +1,110 @@
+#include "engine/DeLaCopia.h"
+#include "engine/Interrupcion.h"
+#include "engine/Ordenes.h"
+#include "engine/roll/BaseDeFotos.h"
+#include "engine/roll/Copiador.h"
+#include "engine/roll/Rutas.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace vellora::motor
+{
+
+namespace
+{
+
+/// Why what is missing cannot be written there; absent when it can.
+std::optional<QString> impedimento(const std::vector<FicheroDelCarrete> &ficheros, const Copiadas &copiadas,
+                                   const QString &destino)
+{
+    qint64 bytes = 0;
+    for (const auto &fichero : ficheros) {
+        if (copiadas.juzgar(fichero).juicio == Copiadas::Juicio::Falta)
+            bytes += fichero.ficha.tamano;
+    }
+    const auto carpeta = CarpetaDeDestino::abrir(destino);
+    return carpeta ? faltaDeSitio(bytes, *carpeta) : std::optional(carpeta.motivo());
+}
+
+/// Photos that the phone lists without having them.
+void contarLasDeICloud(Conexiones &conexiones, const Carrete &carrete, Avisos &avisar)
+{
+    auto base = leerBaseDeFotos(conexiones.primera());
+    if (!base)
+        return;
+    for (const auto &fichero : carrete.ficheros)
+        base->erase(fichero.relativa.toStdString());
+    const auto cuantas =
+        std::count_if(base->begin(), base->end(), [](const auto &una) { return una.second != EstadoDeFoto::Papelera; });
+    if (cuantas > 0)
+        avisar.linea(u"%1 de tus fotos no están en el iPhone: solo las tiene iCloud. Para traerlas, en el iPhone abre "
+                     "Ajustes, Fotos, elige «Descargar y conservar originales» y copia otra vez cuando acabe."_s.arg(cuantas));
+}
+
+/// Copies the files and tells of it; the exit status.
+int copiarFicheros(const QString &udid, Conexiones &conexiones, const std::vector<FicheroDelCarrete> &ficheros,
+                   const QString &destino, const std::vector<std::pair<QString, QString>> &perdidos, Avisos &avisar)
+{
+    auto copiadas = Copiadas::leer(destino, udid);
+    const auto queja = [&](const QString &fichero, const QString &motivo) {
+        avisar.avisar(u"fallo"_s, {{u"fichero"_s, fichero}, {u"motivo"_s, motivo}});
+    };
+    avisar.total(static_cast<qint64>(ficheros.size()));
+    for (const auto &[fichero, motivo] : perdidos)
+        queja(fichero, motivo);
+    CarpetaDeDestino::limpiar(destino);
+    if (const auto motivo = impedimento(ficheros, copiadas, destino))
+        return avisar.error(*motivo);
+    const auto avance = [&](const CuentaDeCopia &cuenta, const QString &fichero) {
+        avisar.progreso(cuenta.hechos(), {{u"copiados"_s, cuenta.copiados},
+                                          {u"saltados"_s, cuenta.saltados},
+                                          {u"bytes"_s, cuenta.bytes},
+                                          {u"fichero"_s, fichero}});
+    };
+    CuentaDeCopia cuenta;
+    const auto motivo = Copiador(conexiones, copiadas, destino).copiar(ficheros, avance, queja, cuenta);
+    if (Interrupcion::pedida())
+        return Interrupcion::estado;
+    if (motivo)
+        return avisar.error(*motivo);
+    const auto fallos = cuenta.fallos + static_cast<qint64>(perdidos.size());
+    avisar.avisar(u"fin"_s, {{u"copiados"_s, cuenta.copiados},
+                             {u"saltados"_s, cuenta.saltados},
+                             {u"fallos"_s, fallos},
+                             {u"bytes"_s, cuenta.bytes}});
+    return fallos == 0 ? 0 : 1;
+}
+
+} // namespace
+
+int copiar(const QStringList &argumentos, Avisos &avisar)
+{
+    return conElTelefono(argumentos[0], avisar, [&](Conexiones &conexiones) {
+        const auto carrete = leerCarrete(conexiones);
+        if (!carrete)
+            return avisar.error(carrete.motivo());
+        std::vector<std::pair<QString, QString>> perdidos;
+        for (const auto &problema : carrete->problemas)
+            perdidos.emplace_back(u"una parte del carrete"_s, problema);
+        const auto estado =
+            copiarFicheros(argumentos[0], conexiones, carrete->ficheros, argumentos[1], perdidos, avisar);
+        if (estado == 0)
+            contarLasDeICloud(conexiones, *carrete, avisar);
+        return estado;
+    });
+}
+
+int copiarElegidas(const QStringList &argumentos, Avisos &avisar)
+{
+    const auto rutas = leerRutas(argumentos[1]);
+    if (!rutas)
+        return avisar.error(rutas.motivo());
+    return conElTelefono(argumentos[0], avisar, [&](Conexiones &conexiones) {
+        const auto [ficheros, perdidos] = buscarRutas(conexiones, *rutas);
+        return copiarFicheros(argumentos[0], conexiones, ficheros, argumentos[2], perdidos, avisar);
+    });
+}
+
+} // namespace vellora::motor

@@ -1,0 +1,88 @@
+#include "engine/Ordenes.h"
+#include "engine/roll/BaseDeFotos.h"
+#include "engine/roll/Copiadas.h"
+#include "engine/roll/Rutas.h"
+
+#include <QJsonArray>
+
+using namespace Qt::StringLiterals;
+
+namespace vellora::motor
+{
+
+namespace
+{
+
+// A roll of tens of thousands never stands whole in one notice.
+constexpr qsizetype enUnAviso = 2000;
+
+/// What the phone has of a file's photo, and whether the file is one by itself there.
+QString estadoDe(const FicheroDelCarrete &fichero, const std::unordered_map<std::string, EstadoDeFoto> &estados)
+{
+    const auto hallado = estados.find(elementoDe(fichero.relativa).toStdString());
+    if (hallado == estados.end() || hallado->second == EstadoDeFoto::Visible)
+        return u"visible"_s;
+    return hallado->second == EstadoDeFoto::Oculta ? u"oculta"_s : u"papelera"_s;
+}
+
+QString tipoEnPalabra(const FicheroDelCarrete &fichero)
+{
+    static const QRegularExpression retoque(u"^[A-Z]{3}_E\\d"_s);
+    const auto tipo = tipoDe(fichero.relativa);
+    if (tipo == TipoDeFichero::Ajustes)
+        return u"ajustes"_s;
+    const auto nombre = fichero.relativa.sliced(fichero.relativa.lastIndexOf('/') + 1);
+    if (retoque.match(QString::fromUtf8(nombre)).hasMatch())
+        return u"retoque"_s;
+    return tipo == TipoDeFichero::Video ? u"video"_s : u"foto"_s;
+}
+
+} // namespace
+
+int listarCarrete(const QStringList &argumentos, Avisos &avisar)
+{
+    return conElTelefono(argumentos[0], avisar, [&](Conexiones &conexiones) {
+        const auto carrete = leerCarrete(conexiones);
+        if (!carrete)
+            return avisar.error(carrete.motivo());
+        for (const auto &problema : carrete->problemas)
+            avisar.linea(problema);
+        const auto copiadas = Copiadas::leer(argumentos[1], argumentos[0]);
+        const auto base = leerBaseDeFotos(conexiones.primera()).value_or(BaseDeFotos());
+        // The list knows one file of each photo: the state is that of all its files.
+        std::unordered_map<std::string, EstadoDeFoto> estados;
+        for (const auto &[relativa, estado] : base)
+            estados[elementoDe(QByteArrayView(relativa.data(), static_cast<qsizetype>(relativa.size()))).toStdString()] = estado;
+
+        QJsonArray lista;
+        const auto soltar = [&] {
+            const bool dicho = avisar.avisar(u"carrete"_s, {{u"lista"_s, lista}});
+            lista = {};
+            return dicho;
+        };
+        for (const auto &fichero : carrete->ficheros) {
+            const auto relativa = QString::fromUtf8(fichero.relativa);
+            const auto barra = relativa.lastIndexOf(u'/');
+            // A video that the phone lists by itself is no half of a Live Photo, whatever its name.
+            const bool esSuPropio = base.contains(fichero.relativa.toStdString());
+            const auto elemento = QString::fromUtf8(elementoDe(fichero.relativa));
+            lista << QJsonObject{
+                {u"ruta"_s, fichero.ruta},
+                {u"carpeta"_s, relativa.first(std::max<qsizetype>(barra, 0))},
+                {u"nombre"_s, relativa.sliced(barra + 1)},
+                {u"bytes"_s, fichero.ficha.tamano},
+                {u"fecha"_s, fichero.ficha.modificado.toSecsSinceEpoch()},
+                {u"tipo"_s, tipoEnPalabra(fichero)},
+                {u"elemento"_s, esSuPropio && tipoDe(fichero.relativa) == TipoDeFichero::Video
+                                    ? relativa
+                                    : elemento},
+                {u"copiado"_s, copiadas.juzgar(fichero).juicio == Copiadas::Juicio::Esta},
+                {u"estado"_s, estadoDe(fichero, estados)}};
+            if (lista.size() >= enUnAviso && !soltar())
+                return avisar.error(u"No queda sitio ni para la lista de las fotos. Libera espacio en el disco."_s);
+        }
+        return soltar() ? 0 : avisar.error(u"No queda sitio ni para la lista de las fotos. Libera espacio en el disco."_s);
+    });
+}
+
+} // namespace vellora::motor

@@ -1,0 +1,315 @@
+#include "engine/roll/Copiador.h"
+
+#include "core/Formato.h"
+#include "engine/Interrupcion.h"
+#include "engine/roll/Huella.h"
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <chrono>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace vellora::motor
+{
+
+namespace
+{
+
+// Putting files on the disk one by one would take longer than reading them: they wait for each other, so many or so
+// long, and are named together.
+constexpr size_t ficherosDelLote = 200;
+constexpr qint64 bytesDelLote = 256LL * 1024 * 1024;
+// From here on the owner is told how far one single file is.
+constexpr qint64 ficheroLargo = 64LL * 1024 * 1024;
+constexpr int mismosNombres = 1000;
+
+const auto sinSitio = u"No cabe en el disco del Mac. Libera espacio y vuelve a intentarlo: lo que ya está copiado no se repite."_s;
+const auto noSeEscribe = u"No puedo escribir en la carpeta de las fotos. Mira que el disco siga conectado y que tenga sitio."_s;
+
+QString motivoDeEscritura(int error)
+{
+    return error == ENOSPC || error == EDQUOT ? sinSitio : noSeEscribe;
+}
+
+bool escribir(int descriptor, QByteArrayView bytes)
+{
+    while (!bytes.isEmpty()) {
+        const auto escritos = write(descriptor, bytes.data(), static_cast<size_t>(bytes.size()));
+        if (escritos < 0 && errno == EINTR)
+            continue;
+        if (escritos <= 0)
+            return false;
+        bytes = bytes.sliced(escritos);
+    }
+    return true;
+}
+
+enum class Parecido { Igual, Principio, Otro };
+
+/// How a file of the folder stands to a whole one.
+Parecido comparar(int suyo, int entero)
+{
+    constexpr size_t bloque = 128UL * 1024;
+    const auto unos = std::make_unique<std::array<char, bloque>>();
+    const auto otros = std::make_unique<std::array<char, bloque>>();
+    struct stat como = {};
+    if (fstat(suyo, &como) != 0 || !S_ISREG(como.st_mode))
+        return Parecido::Otro;
+    for (off_t donde = 0;;) {
+        const auto leidos = pread(suyo, unos->data(), bloque, donde);
+        const auto debidos = pread(entero, otros->data(), bloque, donde);
+        if (leidos < 0 || debidos < leidos ||
+            !std::equal(unos->begin(), unos->begin() + leidos, otros->begin()))
+            return Parecido::Otro;
+        if (leidos == 0)
+            return debidos == 0 ? Parecido::Igual : Parecido::Principio;
+        donde += leidos;
+    }
+}
+
+/// What all threads of a copy share.
+class Comun
+{
+public:
+    Comun(const std::vector<FicheroDelCarrete> &losFicheros, const Copiador::Avance &suAvance,
+          const Copiador::Queja &suQueja)
+        : ficheros(losFicheros), avance(suAvance), queja(suQueja)
+    {
+    }
+
+    const std::vector<FicheroDelCarrete> &ficheros;
+    const Copiador::Avance &avance;
+    const Copiador::Queja &queja;
+    std::atomic<size_t> siguiente = 0;
+    std::atomic<bool> parada = false;
+    std::mutex mutex;
+    CuentaDeCopia cuenta;
+    std::optional<QString> motivo;
+
+    void parar(const QString &por)
+    {
+        const std::lock_guard cerrojo(mutex);
+        if (!motivo)
+            motivo = por;
+        parada = true;
+    }
+    void contar(qint64 CuentaDeCopia::*que, const FicheroDelCarrete &fichero)
+    {
+        const std::lock_guard cerrojo(mutex);
+        ++(cuenta.*que);
+        if (toca())
+            avance(cuenta, QString::fromUtf8(fichero.relativa));
+    }
+    void fallar(const FicheroDelCarrete &fichero, const QString &por)
+    {
+        const std::lock_guard cerrojo(mutex);
+        ++cuenta.fallos;
+        queja(QString::fromUtf8(fichero.relativa), por);
+    }
+    /// Something that was counted as brought turned out to be otherwise.
+    void corregir(qint64 CuentaDeCopia::*que)
+    {
+        const std::lock_guard cerrojo(mutex);
+        --cuenta.copiados;
+        ++(cuenta.*que);
+    }
+    void recibido(const FicheroDelCarrete &fichero, qint64 bytes, qint64 deEste)
+    {
+        const std::lock_guard cerrojo(mutex);
+        cuenta.bytes += bytes;
+        if (fichero.ficha.tamano < ficheroLargo || !toca())
+            return;
+        avance(cuenta, u"%1 · %2 de %3"_s.arg(QString::fromUtf8(fichero.relativa), Formato::tamano(deEste),
+                                              Formato::tamano(fichero.ficha.tamano)));
+    }
+    bool hayQueParar() const { return parada || Interrupcion::pedida(); }
+
+private:
+    /// Ten times a second is enough for anybody; tens of thousands of files are skipped in one.
+    bool toca()
+    {
+        constexpr std::chrono::milliseconds entreDos(100);
+        const auto ahora = std::chrono::steady_clock::now();
+        if (ahora - ultimo < entreDos)
+            return false;
+        ultimo = ahora;
+        return true;
+    }
+    std::chrono::steady_clock::time_point ultimo;
+};
+
+/// One thread with its connection.
+class Porteador
+{
+public:
+    Porteador(Comun &loComun, Copiadas &lasCopiadas, CarpetaDeDestino &laCarpeta, Afc &suAfc, size_t numero)
+        : comun(loComun)
+        , copiadas(lasCopiadas)
+        , carpeta(laCarpeta)
+        , afc(suAfc)
+        , primerNumero(static_cast<int>(numero * (ficherosDelLote + 1)))
+    {
+    }
+
+    void trabajar()
+    {
+        for (auto i = comun.siguiente++; i < comun.ficheros.size() && !comun.hayQueParar(); i = comun.siguiente++) {
+            const auto &fichero = comun.ficheros[i];
+            if (copiadas.juzgar(fichero).juicio == Copiadas::Juicio::Esta)
+                comun.contar(&CuentaDeCopia::saltados, fichero);
+            else
+                traer(fichero);
+            if (lote.size() >= ficherosDelLote || bytesEnElLote >= bytesDelLote)
+                colocarLote();
+        }
+        colocarLote();
+    }
+
+private:
+    struct Traido {
+        const FicheroDelCarrete *fichero;
+        int numero;
+        QByteArray huella;
+    };
+
+    void traer(const FicheroDelCarrete &fichero)
+    {
+        const int numero = primerNumero + static_cast<int>(lote.size());
+        const auto escrito = carpeta.nuevo(numero);
+        if (!escrito)
+            return comun.parar(motivoDeEscritura(errno));
+        Huella huella;
+        int error = 0;
+        qint64 recibidos = 0;
+        const auto leidos = afc.leer(fichero.ruta, fichero.ficha, [&](QByteArrayView trozo) {
+            if (comun.hayQueParar())
+                return false;
+            if (!escribir(*escrito, trozo)) {
+                error = errno;
+                return false;
+            }
+            huella.poner(trozo);
+            recibidos += trozo.size();
+            comun.recibido(fichero, trozo.size(), recibidos);
+            return true;
+        });
+        if (error != 0)
+            comun.parar(motivoDeEscritura(error));
+        else if (afc.perdido())
+            comun.parar(leidos.motivo());
+        else if (!leidos)
+            comun.fallar(fichero, leidos.motivo());
+        if (!leidos || error != 0 || recibidos != fichero.ficha.tamano)
+            return carpeta.desechar(numero);
+        ponerFecha(*escrito, fichero);
+        lote.push_back({&fichero, numero, huella.sacar()});
+        bytesEnElLote += recibidos;
+        comun.contar(&CuentaDeCopia::copiados, fichero);
+    }
+
+    /// Before the file is put on the disk, so that its date goes there with it.
+    static void ponerFecha(int descriptor, const FicheroDelCarrete &fichero)
+    {
+        const auto ms = fichero.ficha.modificado.toMSecsSinceEpoch();
+        if (!fichero.ficha.modificado.isValid() || ms < 0)
+            return;
+        const timespec fecha{static_cast<time_t>(ms / 1000), static_cast<long>(ms % 1000 * 1'000'000)};
+        const std::array<timespec, 2> fechas{fecha, fecha};
+        futimens(descriptor, fechas.data());
+    }
+
+    void colocarLote()
+    {
+        if (lote.empty())
+            return;
+        const bool enElDisco = carpeta.asentar();
+        if (!enElDisco)
+            comun.parar(motivoDeEscritura(errno));
+        for (const auto &traido : lote) {
+            if (!enElDisco) {
+                comun.corregir(&CuentaDeCopia::fallos);
+                carpeta.desechar(traido.numero);
+            } else {
+                colocar(traido);
+            }
+        }
+        lote.clear();
+        bytesEnElLote = 0;
+    }
+
+    void colocar(const Traido &traido)
+    {
+        const auto entero = carpeta.leer(CarpetaDeDestino::nombreDeTrabajo(traido.numero));
+        struct stat como = {};
+        // What the disk says that it has, against what the phone said.
+        if (!entero || fstat(*entero, &como) != 0 || como.st_size != traido.fichero->ficha.tamano)
+            return noColocado(traido, u"no ha quedado entero en el disco"_s);
+        for (int vez = 1; vez <= mismosNombres; ++vez) {
+            const auto nombre = otroNombre(traido.fichero->relativa, vez);
+            const auto sitio = carpeta.colocarSiCabe(traido.numero, nombre);
+            if (sitio == CarpetaDeDestino::Sitio::Negado)
+                return noColocado(traido, u"no se le puede dar su nombre en la carpeta"_s);
+            if (sitio == CarpetaDeDestino::Sitio::Suyo)
+                return anotar(traido, nombre);
+            const auto ocupado = carpeta.leer(nombre);
+            const auto parecido = ocupado ? comparar(*ocupado, *entero) : Parecido::Otro;
+            if (parecido == Parecido::Igual) {
+                comun.corregir(&CuentaDeCopia::saltados);
+                carpeta.desechar(traido.numero);
+                return anotar(traido, nombre);
+            }
+            if (parecido == Parecido::Principio)
+                return carpeta.colocar(traido.numero, nombre) ? anotar(traido, nombre)
+                                                              : noColocado(traido, u"no se le puede dar su nombre"_s);
+        }
+        noColocado(traido, u"hay demasiados con su nombre"_s);
+    }
+
+    void anotar(const Traido &traido, const QByteArray &nombre)
+    {
+        // Without its note the copy is as good; only its content has to be read again one day.
+        if (!traido.huella.isEmpty())
+            copiadas.anotar(*traido.fichero, nombre, traido.huella);
+    }
+
+    void noColocado(const Traido &traido, const QString &por)
+    {
+        comun.corregir(&CuentaDeCopia::fallos);
+        {
+            const std::lock_guard cerrojo(comun.mutex);
+            comun.queja(QString::fromUtf8(traido.fichero->relativa), por);
+        }
+        carpeta.desechar(traido.numero);
+    }
+
+    Comun &comun;
+    Copiadas &copiadas;
+    CarpetaDeDestino &carpeta;
+    Afc &afc;
+    int primerNumero;
+    std::vector<Traido> lote;
+    qint64 bytesEnElLote = 0;
+};
+
+} // namespace
+
+std::optional<QString> Copiador::copiar(const std::vector<FicheroDelCarrete> &ficheros, const Avance &avance,
+                                        const Queja &queja, CuentaDeCopia &cuenta)
+{
+    Comun comun(ficheros, avance, queja);
+    conexiones.repartir(ficheros.size(), [&](Afc &afc, size_t numero) {
+        auto carpeta = CarpetaDeDestino::abrir(destino);
+        if (!carpeta)
+            return comun.parar(carpeta.motivo());
+        Porteador(comun, copiadas, *carpeta, afc, numero).trabajar();
+    });
+    cuenta = comun.cuenta;
+    return comun.motivo;
+}
+
+} // namespace vellora::motor

@@ -1,0 +1,55 @@
+#include "engine/roll/Rutas.h"
+
+#include <QFile>
+
+using namespace Qt::StringLiterals;
+
+namespace vellora::motor
+{
+
+int conElTelefono(const QString &udid, Avisos &avisar, const std::function<int(Conexiones &)> &hacer,
+                  size_t conexiones)
+{
+    const auto telefono = Telefono::buscar(udid);
+    if (!telefono)
+        return avisar.error(telefono.motivo());
+    auto abiertas = Conexiones::abrir(*telefono, conexiones);
+    return abiertas ? hacer(*abiertas) : avisar.error(abiertas.motivo());
+}
+
+Resultado<QStringList> leerRutas(const QString &fichero)
+{
+    QFile lista(fichero);
+    if (!lista.open(QIODevice::ReadOnly))
+        return Resultado<QStringList>::fallo(u"No puedo leer la lista de fotos elegidas."_s);
+    QStringList rutas;
+    while (!lista.atEnd()) {
+        auto linea = lista.readLine();
+        if (linea.endsWith('\n'))
+            linea.chop(1);
+        if (linea.isEmpty())
+            continue;
+        const auto ruta = QString::fromUtf8(linea);
+        if (!sitioLocal(ruta))
+            return Resultado<QStringList>::fallo(u"Eso no es una foto del carrete: "_s + ruta);
+        rutas << ruta;
+    }
+    rutas.removeDuplicates();
+    return rutas;
+}
+
+RutasBuscadas buscarRutas(Conexiones &conexiones, const QStringList &rutas)
+{
+    RutasBuscadas buscadas;
+    auto &afc = conexiones.primera();
+    for (const auto &ruta : rutas) {
+        const auto ficha = afc.ficha(ruta);
+        if (ficha && ficha->tipo == FichaAfc::Tipo::Fichero)
+            buscadas.ficheros.push_back({ruta, *sitioLocal(ruta), *ficha});
+        else
+            buscadas.perdidos.emplace_back(ruta, ficha ? u"no es una foto"_s : ficha.motivo());
+    }
+    return buscadas;
+}
+
+} // namespace vellora::motor

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "engine/Avisos.h"
+#include "engine/roll/Carrete.h"
+
+#include <functional>
+
+namespace vellora::motor
+{
+
+/// Runs a command over the phone of that identifier, or tells why it cannot; the exit status.
+int conElTelefono(const QString &udid, Avisos &avisar, const std::function<int(Conexiones &)> &hacer,
+                  size_t conexiones = Conexiones::maximo);
+
+/// The paths of the phone in a text file, a line each. Only those of files of the roll are taken; fails when the file
+/// cannot be read or there is another one among them.
+Resultado<QStringList> leerRutas(const QString &fichero);
+
+struct RutasBuscadas {
+    std::vector<FicheroDelCarrete> ficheros;          ///< in the order asked for
+    std::vector<std::pair<QString, QString>> perdidos; ///< a path and why it is not among them
+};
+/// What the phone says today of those paths.
+RutasBuscadas buscarRutas(Conexiones &conexiones, const QStringList &rutas);
+
+} // namespace vellora::motor
