@@ -41,7 +41,9 @@ void Bandeja::ponMenu()
         const auto libres = Rotulos::libres(*elegido);
         menu.addAction(libres.isEmpty() ? elegido->nombre : elegido->nombre + u" · "_s + libres)->setEnabled(false);
         menu.addSeparator();
-        menu.addAction(u"Copiar fotos y vídeos"_s)->setEnabled(false);
+        auto *fotos = menu.addAction(u"Copiar fotos y vídeos"_s);
+        fotos->setEnabled(!programa.modelo.tarea().enMarcha());
+        connect(fotos, &QAction::triggered, &programa.fotos, &Fotos::copiar);
         auto *copia = menu.addAction(u"Hacer copia de seguridad"_s);
         copia->setEnabled(!programa.modelo.tarea().enMarcha());
         connect(copia, &QAction::triggered, this, [this] {

@@ -29,6 +29,7 @@ constexpr std::array ordenes{
     Orden{"extraer"_L1, &extraer, "udid copias destino"_L1},
     Orden{"liberar"_L1, &liberar, "udid carpeta"_L1},
     Orden{"listar-carrete"_L1, &listarCarrete, "udid carpeta"_L1},
+    Orden{"miniaturas"_L1, &miniaturas, "udid lista fotos carpeta"_L1},
     Orden{"recuperar-carrete"_L1, &recuperarCarrete, "udid copias destino"_L1},
     Orden{"red"_L1, &red, "udid"_L1},
 };

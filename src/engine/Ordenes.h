@@ -64,6 +64,10 @@ int recuperarCarrete(const QStringList &argumentos, Avisos &avisar);
 /// nombre, bytes, fecha (seconds since 1970), tipo ("foto", "video", "retoque" or "ajustes"), elemento (the same for
 /// all files of one photo), copiado (in the folder) and estado ("visible", "oculta" or "papelera").
 int listarCarrete(const QStringList &argumentos, Avisos &avisar);
+/// "miniaturas" UDID LISTA FOTOS CARPETA: makes the small pictures of the files of the list that are not in CARPETA yet,
+/// named by `nombreDeMiniatura`: of the phone's own, of the copy in the folder FOTOS, or else of the file itself.
+/// Notices: "total" n, "progreso" hechos, "fin" hechas fallidas.
+int miniaturas(const QStringList &argumentos, Avisos &avisar);
 
 /// "red" UDID: one notice "red": operador, telefono, sim_estado (in words), wifi_on, avion.
 int red(const QStringList &argumentos, Avisos &avisar);

@@ -57,9 +57,14 @@ QString datos(const std::optional<Dispositivo> &elegido)
     return base(elegido) + u"/Mis datos"_s;
 }
 
+QString claveCarpetaFotos(const std::optional<Dispositivo> &elegido)
+{
+    return u"carpetaFotos-"_s + (elegido ? elegido->id : u"sin-iphone"_s);
+}
+
 QString fotos(const std::optional<Dispositivo> &elegido)
 {
-    const auto elegida = Preferencias::texto(u"carpetaFotos-"_s + (elegido ? elegido->id : u"sin-iphone"_s));
+    const auto elegida = Preferencias::texto(claveCarpetaFotos(elegido));
     return !elegida.isEmpty() && QFileInfo::exists(elegida) ? elegida : base(elegido) + u"/Fotos"_s;
 }
 

@@ -13,6 +13,8 @@ namespace vellora::Carpetas
 /// Folder of the phone under "Vellora"; without a phone, the first folder there by name, or "iPhone".
 QString base(const std::optional<Dispositivo> &elegido);
 QString datos(const std::optional<Dispositivo> &elegido);
+/// Name of the setting that keeps the next one.
+QString claveCarpetaFotos(const std::optional<Dispositivo> &elegido);
 /// The folder that the owner chose for the phone's photos, while it is there; else "Fotos".
 QString fotos(const std::optional<Dispositivo> &elegido);
 /// The folder whose photos are looked into: "Fotos recuperadas" when it holds more than the other.

@@ -201,6 +201,27 @@ QString Modelo::carpetaFotosParaIA() const
     return Carpetas::fotosParaIA(seleccionado_);
 }
 
+QString Modelo::carpetaFotos() const
+{
+    return Carpetas::fotos(seleccionado_);
+}
+
+bool Modelo::carpetaFotosEsLaDeSiempre() const
+{
+    return Preferencias::texto(Carpetas::claveCarpetaFotos(seleccionado_)).isEmpty();
+}
+
+void Modelo::ponCarpetaFotos(const QString &ruta)
+{
+    Preferencias::ponTexto(Carpetas::claveCarpetaFotos(seleccionado_), ruta);
+    emit cambioDeSesion();
+}
+
+void Modelo::volverACarpetaPorDefecto()
+{
+    ponCarpetaFotos({});
+}
+
 std::optional<qint64> Modelo::libreEnElMac() const
 {
     const auto libres = QStorageInfo(QDir::homePath()).bytesAvailable();

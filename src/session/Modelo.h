@@ -62,6 +62,13 @@ public:
     QString carpetaCopias() const;
     QString carpetaDatos() const;
     QString carpetaFotosParaIA() const;
+    /// Where the selected phone's photos are kept: the owner's choice for it while that folder is there, else "Fotos"
+    /// under `carpetaBase`.
+    QString carpetaFotos() const;
+    /// Whether the owner has chosen none.
+    bool carpetaFotosEsLaDeSiempre() const;
+    void ponCarpetaFotos(const QString &ruta);
+    void volverACarpetaPorDefecto();
     /// Bytes that may be used on the volume of the home folder; absent when it does not tell.
     std::optional<qint64> libreEnElMac() const;
     /// Absent when `bytes` and a margin of two decimal gigabytes fit; otherwise the sentence for the owner.

@@ -3,6 +3,7 @@
 #include "platform/Apariencia.h"
 #include "ui/componentes/Tema.h"
 #include "ui/sesion/FotosDeContactos.h"
+#include "ui/sesion/ImagenesDeFotos.h"
 #include "ui/sesion/Programa.h"
 
 #include <QFont>
@@ -18,6 +19,7 @@ Q_IMPORT_QML_PLUGIN(Vellora_SesionPlugin)
 Q_IMPORT_QML_PLUGIN(Vellora_ComponentesPlugin)
 Q_IMPORT_QML_PLUGIN(Vellora_CopiasPlugin)
 Q_IMPORT_QML_PLUGIN(Vellora_DatosPlugin)
+Q_IMPORT_QML_PLUGIN(Vellora_FotosPlugin)
 Q_IMPORT_QML_PLUGIN(Vellora_VentanaPlugin)
 
 namespace vellora
@@ -75,6 +77,7 @@ QQuickWindow *abrirVentanaPrincipal(QQmlApplicationEngine &motor, const ObjetosD
     if (!objetos.programa.cerradura.abierta())
         objetos.programa.cerradura.abrir();
     motor.addImageProvider(QStringLiteral("contactos"), new FotosDeContactos(objetos.programa.contactos));
+    motor.addImageProvider(QStringLiteral("fotos"), new ImagenesDeFotos);
     motor.addImportPath(QStringLiteral("qrc:/qt/qml"));
     motor.setInitialProperties({{QStringLiteral("programa"), QVariant::fromValue(&objetos.programa)},
                                 {QStringLiteral("falta"), objetos.falta}});

@@ -15,19 +15,21 @@ BELOW_AREAS = {"session", "core", "platform"}
 ARROWS = {
     "platform": set(),
     "core": {"platform"},
+    "images": set(),
     "session": {"core", "platform"},
     **{area: set(BELOW_AREAS) for area in AREAS},
-    "engine": {"core", "platform"},
+    "engine": {"core", "platform", "images"},
     "ui": AREAS | BELOW_AREAS,
     "app": {"ui"} | AREAS | BELOW_AREAS,
 }
 ARROWS["extraction"] |= {"backups"}
+ARROWS["photos"] |= {"images"}
 ARROWS["reports"] |= AREAS
 
 # Headers of the toolkit that only some rooms may see.
 TOOLKIT = (
     (re.compile(r"(QtQuick|QtQml|QtWidgets|QQuick\w*|QQml\w*|QJSEngine|QJSValue)(/|$)"), {"ui", "app"}, "Qt Quick"),
-    (re.compile(r"(QtGui/)?(Q(Image|Pixmap|Bitmap|Painter|Picture)\w*)$"), {"ui", "app", "photos", "extraction"}, "Qt Gui images"),
+    (re.compile(r"(QtGui/)?(Q(Image|Pixmap|Bitmap|Painter|Picture)\w*)$"), {"ui", "app", "photos", "extraction", "images"}, "Qt Gui images"),
 )
 
 INCLUDE = re.compile(r'^\s*#\s*include\s+(["<])([^">]+)[">]')

@@ -20,13 +20,17 @@ struct Orden {
     int (*ejecutar)(const OpcionesDeOrden &);
     bool admiteUdid = false;
     bool admiteCarpeta = false;
-    bool pidePalabra = false;
+    const char16_t *pide = nullptr; ///< the word after it that it needs, by its article and name
 };
 
 constexpr std::array ordenes{
-    Orden{"dispositivos", &ordenDispositivos}, Orden{"buscar", &ordenBuscar, false, false, true},
-    Orden{"copia", &ordenCopia, true},         Orden{"cifrar", &ordenCifrar, true},
-    Orden{"datos", &ordenDatos, true, true},   Orden{"diario", &ordenDiario}};
+    Orden{"dispositivos", &ordenDispositivos},
+    Orden{"buscar", &ordenBuscar, false, false, u"la palabra que buscar"},
+    Orden{"copia", &ordenCopia, true},
+    Orden{"cifrar", &ordenCifrar, true},
+    Orden{"datos", &ordenDatos, true, true},
+    Orden{"fotos", &ordenFotos, true, true, u"qué hacer con las fotos: copiar, plan o listar"},
+    Orden{"diario", &ordenDiario}};
 
 const Orden *buscar(const QString &nombre)
 {
@@ -47,6 +51,8 @@ QString ayuda()
            "                                    que las copias vayan cifradas; pide la contraseña\n"
            "     vellora datos [--udid U] [--a DIR] [--json]\n"
            "                                    saca de la copia mensajes, WhatsApp, contactos…\n"
+           "     vellora fotos copiar|plan|listar [--udid U] [--a DIR] [--json]\n"
+           "                                    copia las que falten; qué se podría borrar; qué hay\n"
            "     vellora buscar PALABRA [--json]\n"
            "                                    en todo lo que se ha sacado\n"
            "     vellora diario [--json]        qué ha pasado\n"
@@ -81,9 +87,9 @@ int ejecutarOrden(int argc, char **argv)
     }
     const auto palabras = lector.positionalArguments();
     const auto *orden = palabras.isEmpty() ? nullptr : buscar(palabras.first());
-    if (orden != nullptr && orden->pidePalabra && palabras.size() == 1)
-        return malUso(u"Falta la palabra que buscar."_s);
-    if (orden == nullptr || (palabras.size() > 1 && !orden->pidePalabra))
+    if (orden != nullptr && orden->pide != nullptr && palabras.size() == 1)
+        return malUso(u"Falta %1."_s.arg(QString::fromUtf16(orden->pide)));
+    if (orden == nullptr || (palabras.size() > 1 && orden->pide == nullptr))
         return malUso(u"No conozco esa orden: "_s + palabras.join(u' '));
     if (lector.isSet(udid) && !orden->admiteUdid)
         return malUso(u"--udid no va con "_s + palabras.first());

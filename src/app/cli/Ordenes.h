@@ -14,7 +14,7 @@ struct OpcionesDeOrden {
     bool json = false;
     std::optional<QString> udid;
     std::optional<QString> carpeta; ///< where the result goes
-    QString palabra;                ///< what is looked for
+    QString palabra;                ///< what is looked for, or is to be done
 };
 
 /// The program without a window: the same operations as subcommands. Results go to standard output, words to standard
@@ -26,6 +26,7 @@ int ordenBuscar(const OpcionesDeOrden &opciones);
 int ordenCopia(const OpcionesDeOrden &opciones);
 int ordenCifrar(const OpcionesDeOrden &opciones);
 int ordenDatos(const OpcionesDeOrden &opciones);
+int ordenFotos(const OpcionesDeOrden &opciones);
 int ordenDiario(const OpcionesDeOrden &opciones);
 
 } // namespace vellora

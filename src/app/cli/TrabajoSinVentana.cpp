@@ -87,9 +87,11 @@ void TrabajoSinVentana::cancelar()
 void TrabajoSinVentana::terminar(bool bien)
 {
     const auto &tarea = modelo.tarea();
-    const auto carpeta = trabajo.resultado(modelo, udid);
+    const auto carpeta = trabajo.resultado ? trabajo.resultado(modelo, udid) : QString();
     Consola::palabras(tarea.detalle());
-    if (opciones.json) {
+    if (trabajo.decir && bien) {
+        trabajo.decir();
+    } else if (opciones.json) {
         const QJsonObject objeto{{u"bien"_s, bien},
                                  {u"udid"_s, udid},
                                  {u"carpeta"_s, carpeta},

@@ -18,12 +18,14 @@ class TrabajoSinVentana : public QObject
 {
 public:
     /// `empezar` starts the job on that phone or backup; without a job running after it, the log it left is told and
-    /// the command ends badly. `resultado` is the folder to tell of once all went well.
+    /// the command ends badly. `resultado` is the folder to tell of once all went well; `decir`, where there is one,
+    /// tells the result in its place.
     struct Trabajo {
         QString titulo;           ///< "Copia de seguridad de %1"
         bool sinTelefono = false; ///< a backup of the phone is enough
         std::function<void(Modelo &, const QString &)> empezar;
         std::function<QString(Modelo &, const QString &)> resultado;
+        std::function<void()> decir = {};
     };
 
     TrabajoSinVentana(const OpcionesDeOrden &pedidas, Trabajo suTrabajo);

@@ -2,8 +2,8 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Vellora.Componentes
 
-/// A choice of one among a few, side by side.
-Row {
+/// A choice of one among a few, side by side as far as the width allows.
+Flow {
     id: raiz
 
     required property string nombre

@@ -32,19 +32,13 @@ Pagina {
         text: "La copia de seguridad es lo único que te devuelve los mensajes y WhatsApp si pierdes el iPhone. Las fotos van por su lado."
     }
 
-    Grid {
+    RejillaDeBotones {
         id: rejilla
-
-        readonly property real anchoDeCelda: Math.floor((width - (columns - 1) * spacing) / columns)
-        readonly property real altoDeCelda: Math.max(hacer.implicitHeight, datos.implicitHeight, ver.implicitHeight, devolver.implicitHeight)
 
         width: parent.width
         columns: raiz.columnas
-        spacing: 12
 
         BotonGrande {
-            id: hacer
-
             width: rejilla.anchoDeCelda
             height: rejilla.altoDeCelda
             activo: raiz.modelo.hayIPhone && !raiz.modelo.tarea.enMarcha
@@ -55,8 +49,6 @@ Pagina {
         }
 
         BotonGrande {
-            id: datos
-
             width: rejilla.anchoDeCelda
             height: rejilla.altoDeCelda
             activo: !raiz.modelo.tarea.enMarcha
@@ -67,8 +59,6 @@ Pagina {
         }
 
         BotonGrande {
-            id: ver
-
             width: rejilla.anchoDeCelda
             height: rejilla.altoDeCelda
             simbolo: "folder"
@@ -78,8 +68,6 @@ Pagina {
         }
 
         BotonGrande {
-            id: devolver
-
             width: rejilla.anchoDeCelda
             height: rejilla.altoDeCelda
             activo: raiz.modelo.hayIPhone && !raiz.modelo.tarea.enMarcha

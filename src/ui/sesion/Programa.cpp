@@ -3,6 +3,7 @@
 #include "backups/Catalogo.h"
 #include "backups/RestaurarCopia.h"
 #include "extraction/SacarMisDatos.h"
+#include "photos/BorrarFotos.h"
 #include "ui/sesion/FotosDeContactos.h"
 
 #include <QDir>
@@ -24,6 +25,8 @@ Programa::Programa(const Copias::HayClave &hayClave)
     , contactos(modelo, &FotosDeContactos::esImagen)
     , contrasenas(modelo)
     , visor(modelo)
+    , fotos(modelo)
+    , seleccion(modelo)
 {
     connect(&buscador, &Buscador::verChats, &visor, &VisorDeDatos::verChats);
     connect(&buscador, &Buscador::verTabla, &visor, &VisorDeDatos::verTabla);
@@ -58,21 +61,84 @@ void Programa::pedirDevolver()
     emit pidiendoDevolverCambio();
 }
 
-void Programa::resolverDevolver(bool aceptada)
+void Programa::trasConfirmar(Cerradura::Motivo motivo, const std::function<void(const QString &)> &hacer)
 {
-    pidiendoDevolver_ = false;
-    emit pidiendoDevolverCambio();
     const auto &elegido = modelo.seleccionado();
-    if (!aceptada || !elegido || modelo.tarea().enMarcha())
+    if (!elegido || modelo.tarea().enMarcha())
         return;
-    cerradura.confirmar(Cerradura::DevolverCopia, [yo = QPointer(this), udid = elegido->id](bool confirmado) {
+    cerradura.confirmar(motivo, [yo = QPointer(this), udid = elegido->id, hacer](bool confirmado) {
         // The system's question may have stood for long.
         if (!yo || !confirmado || yo->modelo.tarea().enMarcha() || !yo->modelo.seleccionado() ||
             yo->modelo.seleccionado()->id != udid)
             return;
         yo->cerradura.marcarUso();
-        restaurarCopia(yo->modelo.tarea(), udid, yo->modelo.carpetaCopias());
+        hacer(udid);
     });
+}
+
+void Programa::resolverDevolver(bool aceptada)
+{
+    pidiendoDevolver_ = false;
+    emit pidiendoDevolverCambio();
+    if (aceptada)
+        trasConfirmar(Cerradura::DevolverCopia, [this](const QString &udid) {
+            restaurarCopia(modelo.tarea(), udid, modelo.carpetaCopias());
+        });
+}
+
+void Programa::resolverLiberar(bool aceptada)
+{
+    fotos.dejarDePreguntarPorLiberar();
+    if (aceptada)
+        trasConfirmar(Cerradura::BorrarCopiadas, [this](const QString &udid) {
+            liberarEspacio(modelo.tarea(), udid, modelo.carpetaFotos());
+        });
+}
+
+void Programa::pedirBorrarTodas()
+{
+    if (copias.diasDesdeLaCopia()) {
+        emit preguntaDeBorrarTodasCambio();
+        return fotos.preguntarPorTodas(true);
+    }
+    fotos.ponAviso(u"No te dejo borrar sin una copia. Podrías perder tus fotos para siempre.\n\n"
+                   "Primero pon tus fotos a salvo: pulsa «Copiar fotos y vídeos» o «Hacer copia de seguridad». Cuando "
+                   "estén a salvo, se desbloquea el borrado."_s);
+}
+
+QString Programa::preguntaDeBorrarTodas() const
+{
+    const auto laCopia = copias.diasDesdeLaCopia()
+                             ? u"Tienes copia de seguridad en el Mac, y las fotos se pueden recuperar con el botón "
+                               "«Recuperar mis fotos»."_s
+                             : u"⚠️ NO TIENES COPIA. Lo que borres se pierde para siempre."_s;
+    return u"Se borra la biblioteca de Fotos entera del iPhone: las fotos, los vídeos, las miniaturas, las ediciones y "
+           "la lista de la app Fotos.\n\nEsta vez SÍ desaparecen de la pantalla del teléfono. Tendrás que reiniciar el "
+           "iPhone al terminar.\n\n"_s +
+           laCopia + u"\n\nEsto no se puede deshacer desde el iPhone."_s;
+}
+
+void Programa::resolverBorrarTodas(bool aceptada)
+{
+    fotos.preguntarPorTodas(false);
+    if (aceptada)
+        trasConfirmar(Cerradura::BorrarTodasLasFotos, [this](const QString &udid) { fotos.borrarTodas(udid); });
+}
+
+void Programa::resolverBorrarMarcadas(bool aceptada)
+{
+    seleccion.dejarDePreguntar();
+    if (aceptada)
+        trasConfirmar(Cerradura::BorrarFotos, [this](const QString &udid) { seleccion.borrarMarcadas(udid); });
+}
+
+void Programa::recuperarFotos()
+{
+    if (modelo.tarea().enMarcha())
+        return;
+    const auto &elegido = modelo.seleccionado();
+    const auto udid = elegido ? elegido->id : Catalogo::udidDeLaCopia(modelo.carpetaCopias()).value_or(u"ninguna"_s);
+    recuperarCarrete(modelo.tarea(), udid, modelo.carpetaCopias(), modelo.carpetaBase() + u"/Fotos recuperadas"_s);
 }
 
 void Programa::sacarMisDatos()
@@ -124,6 +190,8 @@ QVariantList Programa::piezas()
         pieza(u"OpenSSL"_s, u"Abrir las copias cifradas"_s, u"Apache-2.0"_s),
         pieza(u"nettle"_s, u"Abrir las contraseñas de una copia cifrada"_s, u"LGPL-3.0"_s),
         pieza(u"Evolution Data Server"_s, u"Apuntar contactos en la agenda de este Mac"_s, u"LGPL-2.1"_s),
+        pieza(u"libheif"_s, u"Ver las fotos HEIC"_s, u"LGPL-3.0"_s),
+        pieza(u"FFmpeg y ffmpegthumbnailer"_s, u"Ver de qué va un vídeo"_s, u"GPL-2.0"_s),
         pieza(u"libsecret"_s, u"Guardar la contraseña de las copias en el Llavero"_s, u"LGPL-2.1"_s),
         pieza(u"Bootstrap Icons"_s, u"Los dibujos"_s, u"MIT"_s),
         pieza(u"Inter y Noto"_s, u"Las letras"_s, u"OFL-1.1"_s)};

@@ -5,6 +5,8 @@
 #include "extraction/Buscador.h"
 #include "extraction/Contactos.h"
 #include "extraction/Contrasenas.h"
+#include "photos/Fotos.h"
+#include "photos/SeleccionFotos.h"
 #include "services/AvisosPorTelegram.h"
 #include "services/Cerradura.h"
 #include "session/BateriaYRed.h"
@@ -14,6 +16,7 @@
 
 #include <QObject>
 #include <QVariantList>
+#include <functional>
 #include <qqmlregistration.h>
 
 namespace vellora
@@ -36,6 +39,9 @@ class Programa : public QObject
     Q_PROPERTY(vellora::Contactos *contactos READ contactosPuntero CONSTANT)
     Q_PROPERTY(vellora::Contrasenas *contrasenas READ contrasenasPuntero CONSTANT)
     Q_PROPERTY(vellora::VisorDeDatos *visor READ visorPuntero CONSTANT)
+    Q_PROPERTY(vellora::Fotos *fotos READ fotosPuntero CONSTANT)
+    Q_PROPERTY(vellora::SeleccionFotos *seleccion READ seleccionPuntero CONSTANT)
+    Q_PROPERTY(QString preguntaDeBorrarTodas READ preguntaDeBorrarTodas NOTIFY preguntaDeBorrarTodasCambio)
     Q_PROPERTY(vellora::AjustesDeVentana *ajustes READ ajustesPuntero CONSTANT)
     Q_PROPERTY(bool pidiendoDevolver READ pidiendoDevolver NOTIFY pidiendoDevolverCambio)
     Q_PROPERTY(QVariantList piezas READ piezas CONSTANT)
@@ -54,6 +60,8 @@ public:
     Contactos contactos;
     Contrasenas contrasenas;
     VisorDeDatos visor;
+    Fotos fotos;
+    SeleccionFotos seleccion;
     AjustesDeVentana ajustes;
 
     /// Whether the question stands that comes before putting a backup back.
@@ -69,15 +77,30 @@ public:
     Q_INVOKABLE void buscarContrasenas();
     Q_INVOKABLE void abrirMiCarpeta();
 
+    // The answers to the questions before photos leave the phone. Accepted, the system's own check of the owner
+    // follows, and then the work.
+    Q_INVOKABLE void resolverLiberar(bool aceptada);
+    Q_INVOKABLE void resolverBorrarTodas(bool aceptada);
+    Q_INVOKABLE void resolverBorrarMarcadas(bool aceptada);
+    /// Without a backup the library is not deleted: a notice says what to do first.
+    Q_INVOKABLE void pedirBorrarTodas();
+    QString preguntaDeBorrarTodas() const;
+    /// Takes the photos out of the backup.
+    Q_INVOKABLE void recuperarFotos();
+
     /// What the program stands on, for those who ask: name, version, licence and what it is for.
     static QVariantList piezas();
     static QString version();
 
 signals:
     void pidiendoDevolverCambio();
+    void preguntaDeBorrarTodasCambio();
 
 private:
     void quizaOtroTelefono();
+    /// Does it to the selected phone once the system has made sure of the owner, if it is still the selected one and no
+    /// job runs by then.
+    void trasConfirmar(Cerradura::Motivo motivo, const std::function<void(const QString &udid)> &hacer);
 
     bool pidiendoDevolver_ = false;
     QString carpetaEnVista;
@@ -92,6 +115,8 @@ private:
     Contactos *contactosPuntero() { return &contactos; }
     Contrasenas *contrasenasPuntero() { return &contrasenas; }
     VisorDeDatos *visorPuntero() { return &visor; }
+    Fotos *fotosPuntero() { return &fotos; }
+    SeleccionFotos *seleccionPuntero() { return &seleccion; }
     AjustesDeVentana *ajustesPuntero() { return &ajustes; }
 };
 

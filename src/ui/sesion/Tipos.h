@@ -11,6 +11,8 @@
 #include "extraction/MisDatos.h"
 #include "extraction/TablaDeFichero.h"
 #include "extraction/TextoDeFichero.h"
+#include "photos/Fotos.h"
+#include "photos/SeleccionFotos.h"
 #include "services/AvisosPorTelegram.h"
 #include "services/Cerradura.h"
 #include "session/BateriaYRed.h"
@@ -110,6 +112,20 @@ struct ContrasenasParaVistas {
     Q_GADGET
     QML_FOREIGN(vellora::Contrasenas)
     QML_NAMED_ELEMENT(Contrasenas)
+    QML_UNCREATABLE("The program makes it")
+};
+
+struct FotosParaVistas {
+    Q_GADGET
+    QML_FOREIGN(vellora::Fotos)
+    QML_NAMED_ELEMENT(Fotos)
+    QML_UNCREATABLE("The program makes it")
+};
+
+struct SeleccionFotosParaVistas {
+    Q_GADGET
+    QML_FOREIGN(vellora::SeleccionFotos)
+    QML_NAMED_ELEMENT(SeleccionFotos)
     QML_UNCREATABLE("The program makes it")
 };
 

@@ -168,6 +168,16 @@ FocusScope {
     Cargador {
         anchors.fill: parent
         focus: activo
+        activo: raiz.estado.hayHojaDeFotos && !raiz.estado.deBienvenida
+        fuente: "qrc:/qt/qml/Vellora/Fotos/HojasDeFotos.qml"
+        propiedades: ({
+                programa: raiz.programa
+            })
+    }
+
+    Cargador {
+        anchors.fill: parent
+        focus: activo
         activo: raiz.estado.deBienvenida
 
         VistaBienvenida {

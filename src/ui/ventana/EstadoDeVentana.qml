@@ -21,7 +21,9 @@ QtObject {
     readonly property int contenido: raiz.secciones.contenido(raiz.seccion, raiz.hayHerramientas, raiz.modelo.hayIPhone)
 
     /// What has been taken out of the backup stands in place of the section.
-    readonly property bool hayVisor: raiz.programa.visor.vista !== VisorDeDatos.Ninguna
+    readonly property bool hayVisor: raiz.programa.visor.vista !== VisorDeDatos.Ninguna || raiz.hayCarrete
+    /// The phone's roll, to choose from.
+    readonly property bool hayCarrete: raiz.programa.seleccion.abierta
 
     property int panel: EstadoDeVentana.Ninguno
     /// The control that opened the floating panel; it gets the keyboard back.
@@ -31,7 +33,9 @@ QtObject {
     readonly property string nuevo: raiz.modelo.hayIPhoneNuevo ? raiz.modelo.iPhoneNuevo.id : ""
     readonly property bool nuevoConectado: raiz.estaConectado(raiz.nuevo)
     readonly property bool deBienvenida: raiz.hayHerramientas && raiz.nuevoConectado && raiz.nuevo !== raiz.aplazado
-    readonly property bool hayCapa: !raiz.bloqueada && (raiz.deBienvenida || raiz.copias.pidiendoClave || raiz.programa.pidiendoDevolver || raiz.programa.telegram.pidiendoDatos || raiz.programa.bateria.verBateria || raiz.programa.contactos.hoja !== Contactos.SinHoja || raiz.panel !== EstadoDeVentana.Ninguno)
+    readonly property bool hayCapa: !raiz.bloqueada && (raiz.deBienvenida || raiz.copias.pidiendoClave || raiz.programa.pidiendoDevolver || raiz.programa.telegram.pidiendoDatos || raiz.programa.bateria.verBateria || raiz.programa.contactos.hoja !== Contactos.SinHoja || raiz.hayHojaDeFotos || raiz.panel !== EstadoDeVentana.Ninguno)
+
+    readonly property bool hayHojaDeFotos: raiz.programa.fotos.aviso !== "" || raiz.programa.fotos.confirmandoLiberar || raiz.programa.fotos.confirmandoBorrarTodas || raiz.programa.seleccion.confirmandoBorrar || raiz.programa.seleccion.mensaje !== ""
 
     /// The owner has agreed to end the program.
     signal sale
@@ -46,6 +50,7 @@ QtObject {
 
     function abreSeccion(cual: int) {
         raiz.programa.visor.cerrar();
+        raiz.programa.seleccion.cerrar();
         raiz.seccion = cual;
     }
 

@@ -13,7 +13,9 @@ Flotante {
 
     readonly property var acciones: [
         {
-            titulo: "Copiar fotos y vídeos"
+            titulo: "Copiar fotos y vídeos",
+            puede: raiz.libre && raiz.programa.modelo.hayIPhone,
+            haz: () => raiz.programa.fotos.copiar()
         },
         {
             titulo: "Hacer copia de seguridad",

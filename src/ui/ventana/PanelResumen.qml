@@ -43,19 +43,23 @@ Pagina {
         Accessible.role: Accessible.Heading
     }
 
-    Grid {
+    RejillaDeBotones {
         id: rejilla
-
-        readonly property real anchoDeCelda: Math.floor((width - (columns - 1) * spacing) / columns)
-        readonly property real altoDeCelda: Math.max(hacer.implicitHeight, ver.implicitHeight, pila.implicitHeight, bloqueo.implicitHeight)
 
         width: parent.width
         columns: raiz.columnas
-        spacing: 12
 
         BotonGrande {
-            id: hacer
+            width: rejilla.anchoDeCelda
+            height: rejilla.altoDeCelda
+            activo: !raiz.modelo.tarea.enMarcha
+            simbolo: "square.and.arrow.down"
+            titulo: "Copiar fotos y vídeos"
+            pie: "Solo trae lo que falte"
+            onPulsado: raiz.programa.fotos.copiar()
+        }
 
+        BotonGrande {
             width: rejilla.anchoDeCelda
             height: rejilla.altoDeCelda
             activo: !raiz.modelo.tarea.enMarcha
@@ -66,8 +70,16 @@ Pagina {
         }
 
         BotonGrande {
-            id: ver
+            width: rejilla.anchoDeCelda
+            height: rejilla.altoDeCelda
+            activo: !raiz.modelo.tarea.enMarcha
+            simbolo: "trash"
+            titulo: "Liberar espacio"
+            pie: "Borra del iPhone lo ya copiado"
+            onPulsado: raiz.programa.fotos.prepararLiberacion()
+        }
 
+        BotonGrande {
             width: rejilla.anchoDeCelda
             height: rejilla.altoDeCelda
             simbolo: "folder"
@@ -77,8 +89,6 @@ Pagina {
         }
 
         BotonGrande {
-            id: pila
-
             width: rejilla.anchoDeCelda
             height: rejilla.altoDeCelda
             activo: !raiz.modelo.tarea.enMarcha
@@ -89,8 +99,6 @@ Pagina {
         }
 
         BotonGrande {
-            id: bloqueo
-
             width: rejilla.anchoDeCelda
             height: rejilla.altoDeCelda
             simbolo: "lock.fill"

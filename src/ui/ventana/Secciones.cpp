@@ -19,7 +19,7 @@ struct Datos {
 // In the order of the enumeration.
 constexpr std::array<Datos, Secciones::Actualizar + 1> tabla{{
     {u"Resumen", u"iphone.gen3", true, false, u"Ventana/PanelResumen"},
-    {u"Fotos", u"photo.on.rectangle.angled"},
+    {u"Fotos", u"photo.on.rectangle.angled", false, false, u"Fotos/PanelFotos"},
     {u"Buscar fotos", u"sparkle.magnifyingglass"},
     {u"Copias y datos", u"externaldrive.badge.timemachine", false, false, u"Copias/PanelCopias"},
     {u"Buscar en todo", u"text.magnifyingglass", false, false, u"Datos/VistaBuscadorGlobal"},
@@ -30,10 +30,10 @@ constexpr std::array<Datos, Secciones::Actualizar + 1> tabla{{
     {u"Contraseñas", u"key.fill", false, true, u"Datos/VistaContrasenas"},
     {u"Seguridad", u"lock.shield", true},
     {u"Familia", u"figure.2.and.child.holdinghands", true},
-    {u"Espacio", u"internaldrive", true},
+    {u"Espacio", u"internaldrive", true, false, u"Fotos/PanelEspacio"},
     {u"Pantalla", u"apps.iphone", true},
     {u"Terminal", u"slider.horizontal.3", true},
-    {u"Limpieza", u"trash"},
+    {u"Limpieza", u"trash", false, false, u"Fotos/PanelLimpieza"},
     {u"Ajustes", u"gearshape", false, false, u"Ventana/PanelAjustes"},
     {u"Ayuda y legal", u"questionmark.circle", false, false, u"Ventana/PanelAyuda"},
     {u"Actualizar", u"arrow.triangle.2.circlepath"},

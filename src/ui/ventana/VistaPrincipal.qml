@@ -106,8 +106,18 @@ FocusScope {
             Cargador {
                 anchors.fill: parent
                 focus: activo
-                activo: estado.hayVisor
+                activo: estado.hayVisor && !estado.hayCarrete
                 fuente: "qrc:/qt/qml/Vellora/Datos/VistaDeDatos.qml"
+                propiedades: ({
+                        programa: raiz.programa
+                    })
+            }
+
+            Cargador {
+                anchors.fill: parent
+                focus: activo
+                activo: estado.hayCarrete
+                fuente: "qrc:/qt/qml/Vellora/Fotos/VistaSeleccionFotos.qml"
                 propiedades: ({
                         programa: raiz.programa
                     })

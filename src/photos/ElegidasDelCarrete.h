@@ -1,0 +1,24 @@
+#pragma once
+
+#include "photos/BorrarFotos.h"
+#include "photos/FotoDelCarrete.h"
+
+/// The roll file by file: listing it, and copying or deleting chosen ones. Each takes the job first, returns at once
+/// and ends it; main thread only. What deletes needs the owner's consent before it is called.
+namespace vellora
+{
+
+/// `resultado` gets the whole roll once it has been read; it is not called when it could not be.
+void listarCarrete(Tarea &tarea, const QString &udid, const QString &carpetaLocal,
+                   const std::function<void(const QList<FotoDelCarrete> &)> &resultado);
+void copiarElegidas(Tarea &tarea, const QString &udid, const QStringList &rutas, const QString &destino);
+/// With the list of the Photos app, which is made anew when the phone starts.
+void borrarElegidasDeVerdad(Tarea &tarea, const QString &udid, const QStringList &rutas, const Resumen &resumen);
+/// The files alone. No control calls it.
+void borrarElegidas(Tarea &tarea, const QString &udid, const QStringList &rutas, const Resumen &resumen);
+
+/// Writes the paths into "vellora-elegidas.txt", a line each, for the owner alone, and gives its path; empty when it
+/// cannot be written.
+QString apuntarRutas(const QStringList &rutas, const QString &nombre = QStringLiteral("vellora-elegidas.txt"));
+
+} // namespace vellora

@@ -1,0 +1,122 @@
+#include "photos/Galeria.h"
+
+#include "core/Ejecutor.h"
+#include "core/Motor.h"
+#include "core/SegundoPlano.h"
+#include "images/ImagenReducida.h"
+#include "photos/ElegidasDelCarrete.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+using namespace Qt::StringLiterals;
+
+namespace vellora
+{
+
+namespace
+{
+
+constexpr double limiteDeSegundos = 3600;
+// A view that is being scrolled asks for many at once and soon for others.
+constexpr int reposo = 30;
+// What was asked for so long ago is no longer in view.
+constexpr qsizetype maximoEnCola = 400;
+
+} // namespace
+
+Galeria::Galeria(QObject *padre) : QObject(padre)
+{
+    espera.setSingleShot(true);
+    espera.setInterval(reposo);
+    connect(&espera, &QTimer::timeout, this, &Galeria::seguir);
+}
+
+Galeria::~Galeria() = default;
+
+QString Galeria::carpeta()
+{
+    return QDir::homePath() + u"/Vellora/.miniaturas"_s;
+}
+
+void Galeria::preparar(const QString &elUdid, const QString &laCarpeta)
+{
+    carpetaFotos = laCarpeta;
+    if (udid == elUdid)
+        return;
+    udid = elUdid;
+    ++numero;
+    listas.clear();
+    pedidas.clear();
+    cola.clear();
+}
+
+QString Galeria::ficheroDe(const FotoDelCarrete &foto) const
+{
+    return carpeta() + u'/' + nombreDeMiniatura(udid, foto.ruta, foto.bytes, foto.fecha);
+}
+
+bool Galeria::falta(const FotoDelCarrete &foto) const
+{
+    return !listas.contains(foto.ruta);
+}
+
+QString Galeria::miniatura(const FotoDelCarrete &foto)
+{
+    if (const auto lista = listas.constFind(foto.ruta); lista != listas.cend())
+        return *lista;
+    if (pedidas.contains(foto.ruta))
+        return {};
+    if (const auto fichero = ficheroDe(foto); QFileInfo::exists(fichero))
+        return *listas.insert(foto.ruta, fichero);
+    pedidas << foto.ruta;
+    cola << foto;
+    // Forgotten, it is asked for again when it comes back into view.
+    while (cola.size() > maximoEnCola)
+        pedidas.remove(cola.takeFirst().ruta);
+    if (!preparando_ && !espera.isActive())
+        espera.start();
+    return {};
+}
+
+void Galeria::seguir()
+{
+    const auto &motor = Motor::lanzamiento();
+    if (preparando_ || cola.isEmpty() || !motor)
+        return;
+    QList<FotoDelCarrete> tanda;
+    QStringList rutas;
+    while (!cola.isEmpty() && tanda.size() < deUnaVez) {
+        tanda << cola.takeLast();
+        rutas << tanda.last().ruta;
+    }
+    const auto lista = apuntarRutas(rutas, u"vellora-minis.txt"_s);
+    if (lista.isEmpty())
+        return;
+    preparando_ = true;
+    const auto argumentos = motor->argumentos + QStringList{u"miniaturas"_s, udid, lista, carpetaFotos, carpeta()};
+    const auto hacer = [ejecutable = motor->ejecutable, argumentos] {
+        return Ejecutor::rapido(ejecutable, argumentos, limiteDeSegundos);
+    };
+    enSegundoPlano(this, hacer, [this, tanda, suNumero = numero](const QString &) {
+        preparando_ = false;
+        if (numero == suNumero)
+            acabarTanda(tanda);
+        if (!cola.isEmpty())
+            seguir();
+    });
+}
+
+void Galeria::acabarTanda(const QList<FotoDelCarrete> &tanda)
+{
+    for (const auto &foto : tanda) {
+        const auto fichero = ficheroDe(foto);
+        if (!QFileInfo::exists(fichero))
+            continue;
+        listas.insert(foto.ruta, fichero);
+        ++preparadas_;
+        emit hecha(foto.ruta);
+    }
+}
+
+} // namespace vellora

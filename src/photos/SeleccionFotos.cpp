@@ -1,0 +1,390 @@
+#include "photos/SeleccionFotos.h"
+
+#include "core/Formato.h"
+#include "core/SegundoPlano.h"
+#include "photos/ElegidasDelCarrete.h"
+#include "session/Modelo.h"
+
+#include <QDateTime>
+#include <QFileInfo>
+#include <QUrl>
+
+#include <algorithm>
+#include <tuple>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace vellora
+{
+
+namespace
+{
+
+bool pasa(const ElementoGaleria &uno, const QString &filtro)
+{
+    if (filtro == "fotos"_L1)
+        return !uno.esVideo() && !uno.enPapelera();
+    if (filtro == "videos"_L1)
+        return uno.esVideo();
+    if (filtro == "vivas"_L1)
+        return uno.esVivo();
+    if (filtro == "retocadas"_L1)
+        return uno.retocada();
+    if (filtro == "copiadas"_L1)
+        return uno.copiado();
+    if (filtro == "sincopiar"_L1)
+        return !uno.copiado();
+    if (filtro == "papelera"_L1)
+        return uno.enPapelera();
+    return true;
+}
+
+/// What the window draws a file of this computer from.
+QUrl imagenDe(const QString &como, const QString &fichero)
+{
+    return QUrl(u"image://fotos/%1/%2"_s.arg(como, QString::fromLatin1(QUrl::toPercentEncoding(fichero))));
+}
+
+} // namespace
+
+SeleccionFotos::SeleccionFotos(Modelo &elModelo, QObject *padre) : QAbstractListModel(padre), modelo(elModelo)
+{
+    connect(&galeria, &Galeria::hecha, this, &SeleccionFotos::llegada);
+    connect(&modelo.tarea(), &Tarea::acabada, this, &SeleccionFotos::acabada);
+    // Another phone's roll is not this one's.
+    connect(&modelo, &Modelo::cambioDeSesion, this, [this] {
+        if (!udid.isEmpty() && (!modelo.seleccionado() || modelo.seleccionado()->id != udid))
+            cerrar();
+    });
+}
+
+void SeleccionFotos::abrir()
+{
+    if (!modelo.seleccionado())
+        return;
+    abierta_ = true;
+    leer();
+}
+
+void SeleccionFotos::cerrar()
+{
+    abierta_ = false;
+    cargando_ = false;
+    confirmandoBorrar_ = false;
+    mensaje_.clear();
+    olvidar();
+    emit cambio();
+}
+
+void SeleccionFotos::olvidar()
+{
+    ++vuelta;
+    beginResetModel();
+    elementos = std::make_shared<Elementos>();
+    filas.clear();
+    filaDeRuta.clear();
+    endResetModel();
+    udid.clear();
+    ninguna();
+}
+
+void SeleccionFotos::acabada(bool bien)
+{
+    if (abierta_ && std::exchange(porLeer, false))
+        return leer();
+    if (bien || !cargando_)
+        return; // the list is on its way
+    cargando_ = false;
+    emit cambio();
+}
+
+void SeleccionFotos::leer()
+{
+    const auto &elegido = modelo.seleccionado();
+    if (!elegido)
+        return;
+    cargando_ = true;
+    emit cambio();
+    porLeer = modelo.tarea().enMarcha();
+    if (porLeer)
+        return;
+    const auto suyo = elegido->id;
+    const auto recibir = [this, suyo](const QList<FotoDelCarrete> &fotos) {
+        if (!abierta_ || !modelo.seleccionado() || modelo.seleccionado()->id != suyo)
+            return;
+        udid = suyo;
+        galeria.preparar(udid, modelo.carpetaFotos());
+        enSegundoPlano(this, [fotos] { return std::make_shared<const Elementos>(agrupar(fotos)); },
+                       [this, suyo](const std::shared_ptr<const Elementos> &agrupados) {
+                           if (udid != suyo)
+                               return;
+                           elementos = agrupados;
+                           filas.clear();
+                           ninguna();
+                           reordenar();
+                       });
+    };
+    listarCarrete(modelo.tarea(), suyo, modelo.carpetaFotos(), recibir);
+    if (!modelo.tarea().enMarcha())
+        acabada(false);
+}
+
+void SeleccionFotos::ponFiltro(const QString &cual)
+{
+    filtro_ = cual;
+    reordenar();
+}
+
+void SeleccionFotos::ponOrden(const QString &cual)
+{
+    orden_ = cual;
+    reordenar();
+}
+
+void SeleccionFotos::ponBusqueda(const QString &texto)
+{
+    busqueda_ = texto;
+    reordenar();
+}
+
+QList<int> SeleccionFotos::elegir(const Elementos &elementos, const Vista &vista)
+{
+    QList<int> elegidos;
+    const auto buscado = vista.busqueda.trimmed();
+    for (int i = 0; i < elementos.size(); ++i) {
+        if (pasa(elementos[i], vista.filtro) &&
+            (buscado.isEmpty() || elementos[i].principal.nombre.contains(buscado, Qt::CaseInsensitive)))
+            elegidos << i;
+    }
+    // The roll comes by name.
+    if (vista.orden == "peso"_L1) {
+        QList<qint64> pesos(elementos.size());
+        std::transform(elementos.begin(), elementos.end(), pesos.begin(), [](const auto &uno) { return uno.bytes(); });
+        std::stable_sort(elegidos.begin(), elegidos.end(), [&](int a, int b) { return pesos[a] > pesos[b]; });
+    } else if (vista.orden == "tipo"_L1) {
+        const auto clase = [&](int cual) {
+            const auto &uno = elementos[cual];
+            return std::tuple(uno.esVideo(), !uno.esVivo(), uno.principal.nombre.section(u'.', -1).toUpper());
+        };
+        std::stable_sort(elegidos.begin(), elegidos.end(), [&](int a, int b) { return clase(a) < clase(b); });
+    }
+    return elegidos;
+}
+
+void SeleccionFotos::reordenar()
+{
+    emit cambio();
+    const auto trabajo = [suyos = elementos, vista = Vista{filtro_, orden_, busqueda_}] {
+        return elegir(*suyos, vista);
+    };
+    enSegundoPlano(this, trabajo, [this, suyos = elementos, suVuelta = ++vuelta](const QList<int> &elegidos) {
+        if (suVuelta != vuelta)
+            return;
+        beginResetModel();
+        filas = elegidos;
+        filaDeRuta.clear();
+        for (int fila = 0; fila < filas.size(); ++fila)
+            filaDeRuta.insert((*suyos)[filas[fila]].principal.ruta, fila);
+        endResetModel();
+        cargando_ = cargando_ && udid.isEmpty();
+        emit cambio();
+    });
+}
+
+const ElementoGaleria *SeleccionFotos::elemento(int fila) const
+{
+    return fila >= 0 && fila < filas.size() ? &(*elementos)[filas[fila]] : nullptr;
+}
+
+void SeleccionFotos::ponMarca(const ElementoGaleria &uno, bool puesta)
+{
+    if (puesta == marcados.contains(uno.id))
+        return;
+    if (puesta)
+        marcados << uno.id;
+    else
+        marcados.remove(uno.id);
+    const int signo = puesta ? 1 : -1;
+    peso += signo * uno.bytes();
+    sinCopiar += uno.copiado() ? 0 : signo;
+}
+
+void SeleccionFotos::marcar(int fila)
+{
+    const auto *uno = elemento(fila);
+    if (uno == nullptr)
+        return;
+    ponMarca(*uno, !marcados.contains(uno->id));
+    emit dataChanged(index(fila), index(fila), {PapelMarcada});
+    emit marcasCambio();
+}
+
+void SeleccionFotos::marcarTodas()
+{
+    for (const auto fila : std::as_const(filas))
+        ponMarca((*elementos)[fila], true);
+    if (!filas.isEmpty())
+        emit dataChanged(index(0), index(rowCount() - 1), {PapelMarcada});
+    emit marcasCambio();
+}
+
+void SeleccionFotos::ninguna()
+{
+    marcados.clear();
+    peso = 0;
+    sinCopiar = 0;
+    if (!filas.isEmpty())
+        emit dataChanged(index(0), index(rowCount() - 1), {PapelMarcada});
+    emit marcasCambio();
+}
+
+QStringList SeleccionFotos::rutasMarcadas() const
+{
+    QStringList rutas;
+    for (const auto &uno : *elementos) {
+        if (marcados.contains(uno.id))
+            rutas << uno.rutas();
+    }
+    return rutas;
+}
+
+QString SeleccionFotos::pesoMarcadoTexto() const
+{
+    return Formato::tamano(peso);
+}
+
+QString SeleccionFotos::preguntaDeBorrar() const
+{
+    const auto cuantos = marcados.size();
+    auto texto = cuantos == 1 ? u"Se borrará 1 foto del iPhone y recuperarás %1."_s.arg(Formato::tamano(peso))
+                              : u"Se borrarán %1 fotos del iPhone y recuperarás %2."_s.arg(
+                                    Formato::entero(cuantos), Formato::tamano(peso));
+    if (sinCopiar > 0)
+        texto += (sinCopiar == 1 ? u"\n\n⚠️ 1 NO está copiada en el Mac: se pierde para siempre."_s
+                                 : u"\n\n⚠️ %1 NO están copiadas en el Mac: se pierden para siempre."_s.arg(
+                                       Formato::entero(sinCopiar)));
+    return texto + u"\n\nTambién se tira la lista de la app Fotos, que se rehace sola: al terminar hay que reiniciar el "
+                   "iPhone."_s;
+}
+
+void SeleccionFotos::pedirBorrar()
+{
+    if (marcados.isEmpty() || modelo.tarea().enMarcha())
+        return;
+    confirmandoBorrar_ = true;
+    emit cambio();
+}
+
+void SeleccionFotos::dejarDePreguntar()
+{
+    confirmandoBorrar_ = false;
+    emit cambio();
+}
+
+void SeleccionFotos::quitarMensaje()
+{
+    mensaje_.clear();
+    emit cambio();
+}
+
+void SeleccionFotos::borrarMarcadas(const QString &deQuien)
+{
+    // What was marked belongs to the roll that was read.
+    if (deQuien != udid || marcados.isEmpty())
+        return;
+    borrarElegidasDeVerdad(modelo.tarea(), udid, rutasMarcadas(), [this](const QString &resumen) {
+        mensaje_ = resumen;
+        emit cambio();
+    });
+    porLeer = modelo.tarea().enMarcha();
+}
+
+void SeleccionFotos::llegada(const QString &ruta)
+{
+    if (const auto fila = filaDeRuta.constFind(ruta); fila != filaDeRuta.cend())
+        emit dataChanged(index(*fila), index(*fila), {PapelMiniatura});
+}
+
+QUrl SeleccionFotos::imagenGrande(int fila) const
+{
+    const auto *uno = elemento(fila);
+    if (uno == nullptr)
+        return {};
+    const auto &foto = uno->principal;
+    const QFileInfo copia(modelo.carpetaFotos() + u'/' + foto.carpeta + u'/' + foto.nombre);
+    if (copia.isFile() && copia.size() == foto.bytes)
+        return imagenDe(u"entera"_s, copia.filePath());
+    const auto pequena = galeria.miniatura(foto);
+    return pequena.isEmpty() ? QUrl() : imagenDe(u"entera"_s, pequena);
+}
+
+QString SeleccionFotos::descripcion(int fila) const
+{
+    const auto *uno = elemento(fila);
+    if (uno == nullptr)
+        return {};
+    const auto dia = Formato::espanol().toString(QDateTime::fromSecsSinceEpoch(uno->principal.fecha).date(),
+                                                 u"d 'de' MMMM 'de' yyyy"_s);
+    QStringList partes{uno->principal.nombre, Formato::tamano(uno->bytes()), dia};
+    if (uno->esVideo())
+        partes << u"vídeo"_s;
+    if (uno->esVivo())
+        partes << u"foto en vivo"_s;
+    if (uno->retocada())
+        partes << u"retocada"_s;
+    if (uno->oculta())
+        partes << u"oculta en el iPhone"_s;
+    if (uno->enPapelera())
+        partes << u"en la papelera del iPhone"_s;
+    partes << (uno->copiado() ? u"copiada en el Mac"_s : u"sin copiar: se ve en pequeño hasta que la copies"_s);
+    return partes.join(u" · "_s);
+}
+
+int SeleccionFotos::rowCount(const QModelIndex &padre) const
+{
+    return padre.isValid() ? 0 : static_cast<int>(filas.size());
+}
+
+QVariant SeleccionFotos::data(const QModelIndex &indice, int papel) const
+{
+    const auto *uno = elemento(indice.row());
+    if (uno == nullptr)
+        return {};
+    switch (papel) {
+    case PapelId:
+        return uno->id;
+    case PapelNombre:
+        return uno->principal.nombre;
+    case PapelMiniatura: {
+        const auto fichero = galeria.miniatura(uno->principal);
+        return fichero.isEmpty() ? QUrl() : imagenDe(u"celda"_s, fichero);
+    }
+    case PapelVideo:
+        return uno->esVideo();
+    case PapelVivo:
+        return uno->esVivo();
+    case PapelRetocada:
+        return uno->retocada();
+    case PapelCopiado:
+        return uno->copiado();
+    case PapelEstado:
+        return uno->principal.estado;
+    case PapelMarcada:
+        return marcados.contains(uno->id);
+    case PapelPeso:
+        return Formato::tamano(uno->bytes());
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> SeleccionFotos::roleNames() const
+{
+    return {{PapelId, "identidad"},       {PapelNombre, "nombre"},   {PapelMiniatura, "miniatura"},
+            {PapelVideo, "video"},        {PapelVivo, "vivo"},       {PapelRetocada, "retocada"},
+            {PapelCopiado, "copiado"},    {PapelEstado, "estado"},   {PapelMarcada, "marcada"},
+            {PapelPeso, "peso"}};
+}
+
+} // namespace vellora

@@ -1,0 +1,139 @@
+#pragma once
+
+#include "photos/Galeria.h"
+
+#include <QAbstractListModel>
+
+#include <QUrl>
+
+#include <memory>
+
+namespace vellora
+{
+
+class Modelo;
+
+/// The phone's roll as a person looks through it: the photos on show, in rows, and those marked. Main thread only.
+class SeleccionFotos : public QAbstractListModel
+{
+    Q_OBJECT
+    Q_PROPERTY(QString filtro READ filtro WRITE ponFiltro NOTIFY cambio)
+    Q_PROPERTY(QString orden READ orden WRITE ponOrden NOTIFY cambio)
+    Q_PROPERTY(QString busqueda READ busqueda WRITE ponBusqueda NOTIFY cambio)
+    Q_PROPERTY(bool abierta READ abierta NOTIFY cambio)
+    Q_PROPERTY(bool cargando READ cargando NOTIFY cambio)
+    Q_PROPERTY(bool confirmandoBorrar READ confirmandoBorrar NOTIFY cambio)
+    Q_PROPERTY(QString mensaje READ mensaje NOTIFY cambio)
+    Q_PROPERTY(int cuantos READ cuantos NOTIFY cambio)
+    Q_PROPERTY(int visibles READ rowCountPropiedad NOTIFY cambio)
+    Q_PROPERTY(int marcados READ cuantosMarcados NOTIFY marcasCambio)
+    Q_PROPERTY(QString pesoMarcado READ pesoMarcadoTexto NOTIFY marcasCambio)
+    Q_PROPERTY(int sinCopiarMarcados READ sinCopiarMarcados NOTIFY marcasCambio)
+    Q_PROPERTY(QString preguntaDeBorrar READ preguntaDeBorrar NOTIFY cambio)
+
+public:
+    enum Papel {
+        PapelId = Qt::UserRole + 1,
+        PapelNombre,
+        PapelMiniatura,
+        PapelVideo,
+        PapelVivo,
+        PapelRetocada,
+        PapelCopiado,
+        PapelEstado,
+        PapelMarcada,
+        PapelPeso
+    };
+
+    explicit SeleccionFotos(Modelo &elModelo, QObject *padre = nullptr);
+
+    const QString &filtro() const { return filtro_; }
+    const QString &orden() const { return orden_; }
+    const QString &busqueda() const { return busqueda_; }
+    /// "", "fotos", "videos", "vivas", "retocadas", "copiadas", "sincopiar" or "papelera".
+    void ponFiltro(const QString &cual);
+    /// "nombre", "peso" or "tipo".
+    void ponOrden(const QString &cual);
+    /// Part of a name, capitals or not.
+    void ponBusqueda(const QString &texto);
+
+    bool abierta() const { return abierta_; }
+    bool cargando() const { return cargando_; }
+    bool confirmandoBorrar() const { return confirmandoBorrar_; }
+    /// What the last deletion came to; empty when there is nothing to tell.
+    const QString &mensaje() const { return mensaje_; }
+    int cuantos() const { return static_cast<int>(elementos->size()); }
+    int cuantosMarcados() const { return static_cast<int>(marcados.size()); }
+    qint64 pesoMarcado() const { return peso; }
+    int sinCopiarMarcados() const { return sinCopiar; }
+    QStringList rutasMarcadas() const;
+    QString preguntaDeBorrar() const;
+
+    /// Opens the view and reads the roll of the selected phone; a job that runs is waited for.
+    Q_INVOKABLE void abrir();
+    Q_INVOKABLE void cerrar();
+    Q_INVOKABLE void leer();
+    Q_INVOKABLE void marcar(int fila);
+    Q_INVOKABLE void marcarTodas();
+    Q_INVOKABLE void ninguna();
+    Q_INVOKABLE void pedirBorrar();
+    /// Closes the question.
+    void dejarDePreguntar();
+    Q_INVOKABLE void quitarMensaje();
+    /// Deletes what is marked off that phone. The owner has agreed.
+    void borrarMarcadas(const QString &udid);
+
+    /// What a row's photo is drawn from, large: its copy where there is one, else its small picture.
+    Q_INVOKABLE QUrl imagenGrande(int fila) const;
+    /// Name, size and what it is, in words.
+    Q_INVOKABLE QString descripcion(int fila) const;
+
+    /// The row's photo; absent when there is no such row.
+    const ElementoGaleria *elemento(int fila) const;
+
+    int rowCount(const QModelIndex &padre = {}) const override;
+    QVariant data(const QModelIndex &indice, int papel) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+signals:
+    void cambio();
+    void marcasCambio();
+
+private:
+    using Elementos = QList<ElementoGaleria>;
+    struct Vista {
+        QString filtro;
+        QString orden;
+        QString busqueda;
+    };
+    static QList<int> elegir(const Elementos &elementos, const Vista &vista);
+
+    int rowCountPropiedad() const { return rowCount(); }
+    QString pesoMarcadoTexto() const;
+    void acabada(bool bien);
+    void reordenar();
+    void ponMarca(const ElementoGaleria &uno, bool puesta);
+    void llegada(const QString &ruta);
+    void olvidar();
+
+    Modelo &modelo;
+    mutable Galeria galeria; ///< asked for pictures by reading rows
+    std::shared_ptr<const Elementos> elementos = std::make_shared<Elementos>();
+    QList<int> filas; ///< places in `elementos`
+    QHash<QString, int> filaDeRuta;
+    QSet<QString> marcados;
+    qint64 peso = 0;
+    int sinCopiar = 0;
+    QString udid; ///< of the phone whose roll this is
+    QString filtro_;
+    QString orden_ = QStringLiteral("nombre");
+    QString busqueda_;
+    QString mensaje_;
+    bool abierta_ = false;
+    bool cargando_ = false;
+    bool porLeer = false; ///< once the job that runs is over
+    bool confirmandoBorrar_ = false;
+    int vuelta = 0; ///< of `reordenar`: an earlier one that comes later is dropped
+};
+
+} // namespace vellora

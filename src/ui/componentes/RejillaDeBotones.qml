@@ -1,0 +1,17 @@
+import QtQuick
+import Vellora.Componentes
+
+/// Large buttons side by side, all as tall as the tallest. Each takes `anchoDeCelda` and `altoDeCelda`.
+Grid {
+    id: raiz
+
+    readonly property real anchoDeCelda: Math.floor((raiz.width - (raiz.columns - 1) * raiz.spacing) / raiz.columns)
+    readonly property real altoDeCelda: {
+        let alto = 0;
+        for (const boton of raiz.children)
+            alto = Math.max(alto, boton.implicitHeight);
+        return alto;
+    }
+
+    spacing: 12
+}
