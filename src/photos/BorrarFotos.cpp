@@ -138,6 +138,7 @@ void borrarBibliotecaDeFotos(Tarea &tarea, const QString &udid, const Resumen &r
         else if (aviso.tipo == "fin"_L1)
             finDeLaBiblioteca(tarea, aviso, resumen);
     };
+    tarea.muestra();
     tarea.lanzarMotorPublico({u"borrar-biblioteca-fotos"_s, udid}, u"Borrando TODAS las fotos del iPhone"_s, true,
                              alAvisar, cerrarSegun(tarea));
 }
@@ -156,6 +157,7 @@ void recuperarCarrete(Tarea &tarea, const QString &udid, const QString &carpetaC
         else if (aviso.tipo == "fin"_L1)
             finDeLaRecuperacion(tarea, aviso);
     };
+    tarea.muestra();
     tarea.lanzarMotorPublico({u"recuperar-carrete"_s, udid, carpetaCopias, destino},
                              u"Recuperando las fotos de la copia"_s, false, alAvisar, cerrarSegun(tarea));
     tarea.ponCarpetaResultado(destino);

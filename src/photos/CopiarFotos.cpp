@@ -119,6 +119,7 @@ void copiarFotosRapido(Tarea &tarea, const QString &udid, const QString &destino
 {
     // What cannot be made is told by the engine.
     QDir().mkpath(destino);
+    tarea.muestra();
     const auto cuenta = std::make_shared<Contadores>();
     tarea.lanzarMotorPublico({u"copiar"_s, udid, destino}, u"Copiando fotos y vídeos"_s, false,
                              [&tarea, cuenta](const Motor::Aviso &aviso) { alAvisar(tarea, *cuenta, aviso); },

@@ -63,6 +63,7 @@ void conLista(Tarea &tarea, const QString &orden, const QString &udid, const QSt
     if (lista.isEmpty())
         return tarea.rechazar(titulo, u"No se pudo empezar"_s,
                               {u"No hay sitio ni para apuntar lo que has marcado. Libera espacio en el Mac."_s});
+    tarea.muestra();
     tarea.lanzarMotorPublico(QStringList{orden, udid, lista} + mas, titulo, confirmado, alAvisar,
                              [&tarea](int codigo) { tarea.cerrar(codigo == 0); });
 }

@@ -33,6 +33,7 @@ public:
 
     bool cuenta();
     bool soloElMarco();
+    bool soloLasFotos();
 
 private:
     bool abre(const QStringList &falta = {});
@@ -57,6 +58,7 @@ private:
     void contactos();
     void contrasenas();
     void buscar();
+    void fotos();
     void dosTelefonos();
     void telefonoBloqueado();
     bool acaba() const;
@@ -398,10 +400,97 @@ bool Sesion::cuenta()
     buscar();
     contactos();
     contrasenas();
+    fotos();
     tecla(Qt::Key_4, Qt::ControlModifier);
     unaCopiaQueFalla();
     dosTelefonos();
     telefonoBloqueado();
+    return acaba();
+}
+
+void Sesion::fotos()
+{
+    // A roll with something to see in it, by the phone's own pictures many times over.
+    const QDir carrete(telefono.contenido(telefono.udid()) + u"/media/DCIM/100APPLE"_s);
+    const auto muestras = carrete.entryList({u"IMG_000?.JPG"_s}, QDir::Files);
+    for (int i = 0; i < 60; ++i)
+        QFile::copy(carrete.filePath(muestras[i % muestras.size()]), carrete.filePath(u"IMG_0%1.JPG"_s.arg(200 + i)));
+    pulsa(u"Fotos"_s);
+    foto(u"fotos"_s, {960, 1280, 1920});
+    pulsa(u"Elegir fotos a mano"_s);
+    fotografo.retrata(*ventana, u"carrete-leyendo"_s, {1280});
+    const auto &seleccion = programa.seleccion;
+    espera("the roll", [&] { return seleccion.rowCount() > 60; });
+    espera("small pictures", [&] { return QDir(Galeria::carpeta()).count() > 40; }, 90);
+    modelo.tarea().cerrarAviso();
+    foto(u"carrete"_s, {960, 1280, 1920});
+    tecla(Qt::Key_Space);
+    tecla(Qt::Key_Right);
+    tecla(Qt::Key_Right);
+    tecla(Qt::Key_Space);
+    foto(u"carrete-marcadas"_s);
+    tecla(Qt::Key_Return);
+    QTest::qWait(500);
+    foto(u"foto-grande"_s);
+    tecla(Qt::Key_Escape);
+    pulsa(u"Borrar del iPhone"_s);
+    foto(u"borrar-marcadas"_s);
+    tecla(Qt::Key_Escape);
+    pulsa(u"Papelera"_s);
+    espera("those in the bin", [&] { return seleccion.rowCount() == 1; });
+    foto(u"carrete-papelera"_s, {1280});
+    tecla(Qt::Key_Escape);
+    pulsa(u"Espacio"_s);
+    foto(u"espacio"_s);
+    pulsa(u"Liberar espacio"_s);
+    espera("a notice", [this] { return !programa.fotos.aviso().isEmpty() && !modelo.tarea().enMarcha(); });
+    foto(u"nada-que-liberar"_s);
+    tecla(Qt::Key_Escape);
+    modelo.tarea().cerrarAviso();
+    manda(QJsonObject{{u"orden"_s, u"frenar"_s},
+                      {u"telefono"_s, telefono.udid()},
+                      {u"servicio"_s, u"com.apple.afc"_s},
+                      {u"bytes_por_segundo"_s, 400'000}});
+    programa.fotos.copiar();
+    espera("a copy that is under way", [this] { return modelo.tarea().hechos() > 3; });
+    pulsa(u"Fotos"_s);
+    foto(u"fotos-copiando"_s);
+    manda(QJsonObject{{u"orden"_s, u"frenar"_s},
+                      {u"telefono"_s, telefono.udid()},
+                      {u"servicio"_s, u"com.apple.afc"_s},
+                      {u"bytes_por_segundo"_s, 0}});
+    espera("the copy", [this] { return !modelo.tarea().enMarcha(); });
+    foto(u"fotos-copiadas"_s);
+    modelo.tarea().cerrarAviso();
+    pulsa(u"Limpieza"_s);
+    foto(u"limpieza"_s, {960, 1280, 1920});
+    pulsa(u"Borrar lo que ya está copiado"_s);
+    espera("the plan", [this] { return programa.fotos.confirmandoLiberar() && !modelo.tarea().enMarcha(); });
+    foto(u"liberar"_s);
+    tecla(Qt::Key_Escape);
+    modelo.tarea().cerrarAviso();
+    pulsa(u"BORRAR TODAS las fotos"_s);
+    foto(u"borrar-todas"_s);
+    tecla(Qt::Key_Escape);
+    programa.resolverBorrarTodas(true);
+    espera("the deletion", [this] { return !modelo.tarea().enMarcha() && !programa.fotos.aviso().isEmpty(); });
+    foto(u"todo-borrado"_s);
+    tecla(Qt::Key_Escape);
+    modelo.tarea().cerrarAviso();
+    pulsa(u"Elegir cuáles borrar"_s);
+    espera("an empty roll", [&] { return seleccion.abierta() && !seleccion.cargando(); });
+    foto(u"carrete-vacio"_s, {1280});
+    tecla(Qt::Key_Escape);
+    modelo.tarea().cerrarAviso();
+}
+
+bool Sesion::soloLasFotos()
+{
+    espera("the first reading", [this] { return modelo.iPhoneNuevo().has_value(); });
+    modelo.marcarConocido(telefono.udid());
+    if (!abre())
+        return false;
+    fotos();
     return acaba();
 }
 
@@ -442,6 +531,9 @@ int main(int argc, char **argv)
         return 1;
     prepararAspecto();
     Sesion sesion(argumentos.at(1));
-    const bool marco = argumentos.value(2) == u"marco";
-    return (marco ? sesion.soloElMarco() : sesion.cuenta()) ? 0 : 1;
+    const auto parte = argumentos.value(2);
+    const bool bien = parte == u"marco"   ? sesion.soloElMarco()
+                      : parte == u"fotos" ? sesion.soloLasFotos()
+                                          : sesion.cuenta();
+    return bien ? 0 : 1;
 }

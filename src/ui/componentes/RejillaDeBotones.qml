@@ -8,8 +8,8 @@ Grid {
     readonly property real anchoDeCelda: Math.floor((raiz.width - (raiz.columns - 1) * raiz.spacing) / raiz.columns)
     readonly property real altoDeCelda: {
         let alto = 0;
-        for (const boton of raiz.children)
-            alto = Math.max(alto, boton.implicitHeight);
+        for (let i = 0; i < raiz.children.length; ++i)
+            alto = Math.max(alto, raiz.children[i].implicitHeight);
         return alto;
     }
 

@@ -10,7 +10,7 @@ GridView {
 
     required property SeleccionFotos seleccion
     property real lado: 140
-    readonly property int columnas: Math.max(2, Math.floor(raiz.width / (raiz.lado + 8)))
+    readonly property int columnas: Math.max(2, Math.floor((raiz.width - 4) / (raiz.lado + 8)))
 
     signal mirada(fila: int)
 
@@ -20,14 +20,19 @@ GridView {
     }
 
     clip: true
+    // The ring round a photo of the first row or column needs room too.
+    leftMargin: 4
+    topMargin: 4
     reuseItems: true
     cacheBuffer: 600
     boundsBehavior: Flickable.StopAtBounds
     activeFocusOnTab: raiz.count > 0
     highlightMoveDuration: 0
-    cellWidth: Math.floor(raiz.width / raiz.columnas)
+    cellWidth: Math.floor((raiz.width - 4) / raiz.columnas)
     cellHeight: raiz.cellWidth
     model: raiz.seleccion
+    // A new list begins at its first photo.
+    onCountChanged: if (currentIndex < 0 && count > 0) currentIndex = 0
     Accessible.role: Accessible.List
     Accessible.name: "Fotos del iPhone"
     Keys.onSpacePressed: raiz.seleccion.marcar(raiz.currentIndex)

@@ -24,7 +24,7 @@ FocusScope {
 
     Rectangle {
         anchors.fill: parent
-        color: "#E6101216"
+        color: "#101216"
 
         MouseArea {
             anchors.fill: parent

@@ -66,10 +66,10 @@ FocusScope {
             id: rejilla
 
             anchors.top: barra.bottom
-            anchors.topMargin: 14
+            anchors.topMargin: 10
             anchors.bottom: pie.top
-            x: 28
-            width: parent.width - 48
+            x: 24
+            width: parent.width - 44
             seleccion: raiz.seleccion
             lado: raiz.lado
             focus: true
