@@ -1,0 +1,377 @@
+#include "core/Diario.h"
+#include "core/Tarea.h"
+#include "photos/BorrarFotos.h"
+#include "photos/CopiarFotos.h"
+#include "photos/ElegidasDelCarrete.h"
+#include "photos/Fotos.h"
+#include "photos/LiberarEspacio.h"
+#include "session/Modelo.h"
+#include "support/BaseDePrueba.h"
+
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace vellora;
+
+/// What the jobs on photos make of the engine's notices, whole or lacking: an engine of the test's own says them.
+class PruebaAvisosDeFotos : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void copiar_data();
+    void copiar();
+    void planDeLiberar();
+    void liberar_data();
+    void liberar();
+    void biblioteca_data();
+    void biblioteca();
+    void todas();
+    void elegidas_data();
+    void elegidas();
+    void recuperar_data();
+    void recuperar();
+    void lista();
+    void grupos();
+    void carpeta();
+    void pocoSitio_data();
+    void pocoSitio();
+
+private:
+    /// The engine will say these lines and end so.
+    static void dira(const QByteArrayList &avisos, int codigo = 0)
+    {
+        QVERIFY(escribirFichero(QDir::homePath() + u"/avisos"_s, avisos.join('\n') + '\n'));
+        QVERIFY(escribirFichero(QDir::homePath() + u"/codigo"_s, QByteArray::number(codigo)));
+    }
+    QStringList recibido() const
+    {
+        return QString::fromUtf8(leerFichero(QDir::homePath() + u"/recibido"_s)).split(u'\n', Qt::SkipEmptyParts);
+    }
+    bool acaba() { return QTest::qWaitFor([this] { return !tarea.enMarcha(); }, 10'000); }
+
+    Diario diario;
+    Tarea tarea{diario};
+};
+
+void PruebaAvisosDeFotos::init()
+{
+    QFile::remove(QDir::homePath() + u"/recibido"_s);
+}
+
+void PruebaAvisosDeFotos::copiar_data()
+{
+    QTest::addColumn<QByteArrayList>("avisos");
+    QTest::addColumn<int>("codigo");
+    QTest::addColumn<QString>("detalle");
+    QTest::addColumn<QStringList>("registro");
+    QTest::addColumn<qint64>("hechos");
+    QTest::newRow("whole") << QByteArrayList{R"({"tipo":"total","n":3})",
+                                             R"({"tipo":"fallo","fichero":"a.JPG","motivo":"no"})",
+                                             R"({"tipo":"progreso","hechos":3,"copiados":1,"saltados":1,"fichero":"b"})",
+                                             R"({"tipo":"fin","copiados":1,"saltados":1,"fallos":1})"}
+                           << 1 << u"1 archivos nuevos copiados, 1 ya los tenías"_s
+                           << QStringList{u"El carrete tiene 3 archivos."_s, u"No pude con a.JPG: no"_s,
+                                          u"Terminado: 1 nuevos, 1 repetidos, 1 con problemas."_s}
+                           << qint64(3);
+    QTest::newRow("counts that are missing stay as they were")
+        << QByteArrayList{R"({"tipo":"total"})", R"({"tipo":"progreso","hechos":2,"copiados":2,"saltados":7})",
+                          R"({"tipo":"progreso","fichero":"%1 %2.JPG"})"}
+        << 0 << u"2 nuevos · 7 ya estaban · %1 %2.JPG"_s << QStringList{u"El carrete tiene 0 archivos."_s}
+        << qint64(0);
+    QTest::newRow("empty failures and other notices")
+        << QByteArrayList{R"({"tipo":"fallo"})", R"({"tipo":"otro","n":1})", R"({"tipo":"error","motivo":"M"})",
+                          R"({"tipo":"fin"})", "una línea suelta"}
+        << 1 << u"0 archivos nuevos copiados, 0 ya los tenías"_s
+        << QStringList{u"No pude con ?: "_s, u"Error: M"_s, u"Terminado: 0 nuevos, 0 repetidos, 0 con problemas."_s,
+                       u"una línea suelta"_s}
+        << qint64(0);
+}
+
+void PruebaAvisosDeFotos::copiar()
+{
+    QFETCH(const QByteArrayList, avisos);
+    QFETCH(const int, codigo);
+    QFETCH(const QString, detalle);
+    QFETCH(const QStringList, registro);
+    QFETCH(const qint64, hechos);
+    dira(avisos, codigo);
+    const auto destino = QDir::homePath() + u"/a/b/Fotos"_s;
+    tarea.cerrarAviso();
+    copiarFotosRapido(tarea, u"U"_s, destino);
+    QCOMPARE(tarea.detalle(), u"Conectando con el iPhone…"_s);
+    QVERIFY(!tarea.oculta()); // also after an earlier notice was closed
+    QVERIFY(acaba());
+    QCOMPARE(recibido(), (QStringList{u"copiar"_s, u"U"_s, destino, u"CONFIRMADO="_s}));
+    QCOMPARE(tarea.titulo(), u"Copiando fotos y vídeos"_s);
+    QCOMPARE(tarea.detalle(), detalle);
+    QCOMPARE(tarea.registro(), registro);
+    QCOMPARE(tarea.hechos(), hechos);
+    QCOMPARE(tarea.terminadaBien(), codigo == 0);
+    QCOMPARE(tarea.carpetaResultado(), destino);
+    QVERIFY(QDir(destino).exists());
+}
+
+void PruebaAvisosDeFotos::planDeLiberar()
+{
+    dira({R"({"tipo":"plan","a_borrar":7,"bytes":2500000000})"});
+    std::optional<PlanLiberar> plan;
+    planDeLiberacion(tarea, u"U"_s, u"/fotos"_s, [&](const PlanLiberar &hecho) { plan = hecho; });
+    QVERIFY(acaba() && plan);
+    QCOMPARE(recibido(), (QStringList{u"liberar"_s, u"U"_s, u"/fotos"_s, u"CONFIRMADO="_s}));
+    QVERIFY(plan->archivos == 7 && plan->sinCopiar == 0 && plan->bytes == 2'500'000'000);
+    QCOMPARE(tarea.titulo(), u"Calculando qué se puede borrar"_s);
+    QCOMPARE(tarea.detalle(), u"7 archivos se pueden borrar sin riesgo"_s);
+    // Whatever stands in the owner's environment, only an answer of theirs confirms.
+    qputenv("CONFIRMADO", "SI");
+    planDeLiberacion(tarea, u"U"_s, u"/fotos"_s, [](const PlanLiberar &) {});
+    QVERIFY(acaba());
+    QCOMPARE(recibido().last(), u"CONFIRMADO="_s);
+    qunsetenv("CONFIRMADO");
+}
+
+void PruebaAvisosDeFotos::liberar_data()
+{
+    QTest::addColumn<QByteArray>("plan");
+    QTest::addColumn<QByteArray>("fin");
+    QTest::addColumn<QStringList>("registro");
+    const auto voy = u"Voy a borrar 7 archivos que ya están a salvo en el Mac."_s;
+    const auto reinicia = u"REINICIA EL IPHONE: la app Fotos se reconstruirá con lo que queda."_s;
+    const auto noPude = u"No pude tirar la lista de la app Fotos; puede que las sigas viendo."_s;
+    QTest::newRow("all told") << QByteArray(R"({"tipo":"plan","a_borrar":7,"se_quedan":2})")
+                              << QByteArray(R"({"tipo":"fin","borrados":7,"liberados":1500000000,"quedan_en_carrete":2,"lista_borrada":true})")
+                              << QStringList{voy, u"Dejo 2 archivos en el iPhone porque NO están copiados."_s,
+                                             u"Espacio recuperado: 1,5 GB."_s,
+                                             u"Quedan 2 fotos en el carrete (las que no estaban copiadas)."_s, reinicia};
+    QTest::newRow("none stays, the list not told of")
+        << QByteArray(R"({"tipo":"plan","a_borrar":7,"se_quedan":0})") << QByteArray(R"({"tipo":"fin"})")
+        << QStringList{voy, u"Espacio recuperado: 0 MB."_s,
+                       u"Quedan 0 fotos en el carrete (las que no estaban copiadas)."_s, noPude};
+    QTest::newRow("the list told of by no boolean")
+        << QByteArray(R"({"tipo":"plan","a_borrar":7})") << QByteArray(R"({"tipo":"fin","lista_borrada":1})")
+        << QStringList{voy, u"Espacio recuperado: 0 MB."_s,
+                       u"Quedan 0 fotos en el carrete (las que no estaban copiadas)."_s, noPude};
+}
+
+void PruebaAvisosDeFotos::liberar()
+{
+    QFETCH(const QByteArray, plan);
+    QFETCH(const QByteArray, fin);
+    QFETCH(const QStringList, registro);
+    dira({plan, R"({"tipo":"progreso","hechos":3})", fin});
+    liberarEspacio(tarea, u"U"_s, u"/fotos"_s);
+    QVERIFY(acaba());
+    QCOMPARE(recibido().last(), u"CONFIRMADO=SI"_s);
+    QCOMPARE(tarea.registro(), registro);
+    QCOMPARE(tarea.deTotal(), qint64(7));
+    QCOMPARE(tarea.terminadaBien(), true);
+}
+
+void PruebaAvisosDeFotos::biblioteca_data()
+{
+    QTest::addColumn<QByteArray>("fin");
+    QTest::addColumn<QString>("detalle");
+    QTest::addColumn<QString>("resumen");
+    const auto otraVez = u".\n\nSuele ser porque el iPhone está usando esos archivos. Desbloquéalo, cierra la app Fotos y dale otra vez."_s;
+    QTest::newRow("complete") << QByteArray(R"({"tipo":"fin","borrados":12,"quedan_fotos":0,"quedan_miniaturas":0,"lista_borrada":true})")
+                              << u"Todo borrado · 12 archivos"_s
+                              << u"Listo: 12 archivos borrados. No queda ni una foto, ni una miniatura, ni la lista.\n\n👉 REINICIA EL IPHONE AHORA. Al arrancar, la app Fotos se reconstruye vacía.\n\nTus 9.273 fotos siguen a salvo en el Mac."_s;
+    QTest::newRow("a thumbnail stays") << QByteArray(R"({"tipo":"fin","borrados":12,"quedan_miniaturas":1,"lista_borrada":true})")
+                                       << u"Borrado incompleto"_s
+                                       << u"He borrado 12 archivos, pero quedan 0 fotos y 1 miniaturas"_s + otraVez;
+    QTest::newRow("the list stays") << QByteArray(R"({"tipo":"fin","borrados":12})") << u"Borrado incompleto"_s
+                                    << u"He borrado 12 archivos, pero quedan 0 fotos y 0 miniaturas, y la lista de la app Fotos sigue ahí"_s + otraVez;
+}
+
+void PruebaAvisosDeFotos::biblioteca()
+{
+    QFETCH(const QByteArray, fin);
+    QFETCH(const QString, detalle);
+    QFETCH(const QString, resumen);
+    dira({R"({"tipo":"total","n":12})", R"({"tipo":"progreso","hechos":1,"fichero":"%2.JPG","copiados":1})", fin});
+    QString dicho;
+    borrarBibliotecaDeFotos(tarea, u"U"_s, [&](const QString &texto) { dicho = texto; });
+    QVERIFY(acaba());
+    QCOMPARE(recibido(), (QStringList{u"borrar-biblioteca-fotos"_s, u"U"_s, u"CONFIRMADO=SI"_s}));
+    QCOMPARE(tarea.registro().first(), u"Voy por partes: carrete, miniaturas, ediciones y la lista de la app Fotos."_s);
+    QCOMPARE(tarea.detalle(), detalle);
+    QCOMPARE(dicho, resumen);
+}
+
+void PruebaAvisosDeFotos::todas()
+{
+    dira({R"({"tipo":"plan","a_borrar":5,"bytes":9000000})"});
+    qint64 archivos = 0;
+    planBorrarTodasLasFotos(tarea, u"U"_s, [&](qint64 cuantos, qint64) { archivos = cuantos; });
+    QVERIFY(acaba());
+    QCOMPARE(archivos, qint64(5));
+    QCOMPARE(tarea.detalle(), u"5 archivos en el carrete"_s);
+    QCOMPARE(recibido().last(), u"CONFIRMADO="_s);
+    dira({R"({"tipo":"total","n":5})", R"({"tipo":"progreso","hechos":2})",
+          R"({"tipo":"fin","borrados":5,"liberados":9000000})"});
+    borrarTodasLasFotos(tarea, u"U"_s);
+    QVERIFY(acaba());
+    QCOMPARE(recibido().last(), u"CONFIRMADO=SI"_s);
+    QCOMPARE(tarea.detalle(), u"5 archivos borrados · 9 MB libres"_s);
+    QCOMPARE(tarea.registro().size(), 5);
+    QCOMPARE(tarea.registro()[1], QString());
+}
+
+void PruebaAvisosDeFotos::elegidas_data()
+{
+    QTest::addColumn<QByteArrayList>("avisos");
+    QTest::addColumn<QString>("detalle");
+    QTest::addColumn<QString>("resumen");
+    const auto prueba = u".\n\nDesbloquea el iPhone, cierra la app Fotos y prueba otra vez."_s;
+    const QByteArray bien = R"({"tipo":"fin","borrados":2,"siguen_ahi":0,"quedan_en_carrete":9,"lista_borrada":true})";
+    QTest::newRow("all gone") << QByteArrayList{bien} << u"Borrado · quedan 9 fotos"_s
+                              << u"Listo. He borrado lo que marcaste y he tirado la lista de la app Fotos.\n\n👉 REINICIA EL IPHONE. Al arrancar, la app Fotos se reconstruye con las 9 fotos que quedan; lo borrado no vuelve."_s;
+    QTest::newRow("an error on the way") << QByteArrayList{R"({"tipo":"error","motivo":"M"})", bien}
+                                         << u"Borrado incompleto"_s << u"He borrado 2 archivos, pero 0 siguen ahí"_s + prueba;
+    QTest::newRow("the list stays")
+        << QByteArrayList{R"({"tipo":"fin","borrados":1,"siguen_ahi":1})"} << u"Borrado incompleto"_s
+        << u"He borrado 1 archivos, pero 1 siguen ahí y no pude tirar la lista de la app Fotos"_s + prueba;
+}
+
+void PruebaAvisosDeFotos::elegidas()
+{
+    QFETCH(const QByteArrayList, avisos);
+    QFETCH(const QString, detalle);
+    QFETCH(const QString, resumen);
+    dira(avisos);
+    const QStringList rutas{u"/DCIM/100APPLE/IMG_0001.HEIC"_s, u"/DCIM/100APPLE/ñ 1.MOV"_s};
+    QString dicho;
+    borrarElegidasDeVerdad(tarea, u"U"_s, rutas, [&](const QString &texto) { dicho = texto; });
+    QVERIFY(acaba());
+    QCOMPARE(recibido()[0], u"borrar-elegidas-de-verdad"_s);
+    QCOMPARE(recibido().last(), u"CONFIRMADO=SI"_s);
+    QVERIFY(recibido()[2].endsWith(u"/vellora-elegidas.txt"));
+    QCOMPARE(leerFichero(recibido()[2]), rutas.join(u'\n').toUtf8() + '\n');
+    QCOMPARE(QFile::permissions(recibido()[2]) & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
+    QCOMPARE(tarea.detalle(), detalle);
+    QCOMPARE(dicho, resumen);
+}
+
+void PruebaAvisosDeFotos::recuperar_data()
+{
+    QTest::addColumn<QByteArray>("fin");
+    QTest::addColumn<QString>("detalle");
+    QTest::addColumn<QString>("linea");
+    const auto donde = u".\n\nEstán en «Fotos recuperadas», con las mismas carpetas que tenían en el iPhone."_s;
+    QTest::newRow("some") << QByteArray(R"({"tipo":"fin","recuperadas":3,"saltadas":0,"bytes":4000000})")
+                          << u"3 fotos recuperadas · 4 MB"_s
+                          << u"He sacado 3 fotos y vídeos de la copia (4 MB)"_s + donde;
+    QTest::newRow("all there already") << QByteArray(R"({"tipo":"fin","recuperadas":0,"saltadas":5,"bytes":0})")
+                                       << u"0 fotos recuperadas · 0 MB"_s
+                                       << u"He sacado 0 fotos y vídeos de la copia (0 MB), 5 ya estaban"_s + donde;
+    QTest::newRow("none in it") << QByteArray(R"({"tipo":"fin"})") << u"Esta copia no traía el carrete"_s
+                                << u"Esta copia de seguridad no incluye las fotos."_s;
+}
+
+void PruebaAvisosDeFotos::recuperar()
+{
+    QFETCH(const QByteArray, fin);
+    QFETCH(const QString, detalle);
+    QFETCH(const QString, linea);
+    const auto copias = QDir::homePath() + u"/copias"_s;
+    QVERIFY(QDir(copias).removeRecursively());
+    // Without a backup no engine runs.
+    recuperarCarrete(tarea, u"U"_s, copias, u"/destino"_s);
+    QVERIFY(!tarea.enMarcha() && tarea.terminadaBien() == false && !QFile::exists(QDir::homePath() + u"/recibido"_s));
+    QCOMPARE(tarea.detalle(), u"No hay copia de seguridad"_s);
+    QCOMPARE(tarea.registro(), QStringList{u"No hay ninguna copia de seguridad de la que sacarlas."_s});
+
+    QVERIFY(escribirFichero(copias + u"/U/Manifest.db"_s, "x"));
+    dira({R"({"tipo":"total","n":3})", fin});
+    recuperarCarrete(tarea, u"U"_s, copias, u"/destino"_s);
+    QVERIFY(acaba());
+    QCOMPARE(recibido(), (QStringList{u"recuperar-carrete"_s, u"U"_s, copias, u"/destino"_s, u"CONFIRMADO="_s}));
+    QCOMPARE(tarea.detalle(), detalle);
+    QCOMPARE(tarea.registro(), (QStringList{u"La copia trae 3 fotos y vídeos."_s, linea}));
+    QCOMPARE(tarea.carpetaResultado(), u"/destino"_s);
+}
+
+void PruebaAvisosDeFotos::lista()
+{
+    // In two notices; the second has an item without a state, and one with nothing at all.
+    dira({R"({"tipo":"carrete","lista":[{"ruta":"/DCIM/a","bytes":5,"copiado":true,"estado":"oculta","elemento":"e"}]})",
+          R"({"tipo":"carrete","lista":[{"ruta":"/DCIM/b"},{}]})"});
+    QList<FotoDelCarrete> fotos;
+    listarCarrete(tarea, u"U"_s, u"/fotos"_s, [&](const QList<FotoDelCarrete> &leidas) { fotos = leidas; });
+    QVERIFY(acaba());
+    QCOMPARE(fotos.size(), 3);
+    QVERIFY(fotos[0].copiado && fotos[0].estado == u"oculta" && fotos[0].bytes == 5);
+    QCOMPARE(fotos[1].estado, u"visible"_s);
+    QCOMPARE(tarea.detalle(), u"3 archivos en el carrete"_s);
+    // A list that was cut off is none.
+    fotos.clear();
+    dira({R"({"tipo":"carrete","lista":[{"ruta":"/DCIM/a"}]})"}, 1);
+    listarCarrete(tarea, u"U"_s, u"/fotos"_s, [&](const QList<FotoDelCarrete> &leidas) { fotos = leidas; });
+    QVERIFY(acaba() && fotos.isEmpty());
+}
+
+void PruebaAvisosDeFotos::grupos()
+{
+    const auto foto = [](const QString &nombre, const QString &tipo, const QString &elemento, bool copiado = true) {
+        return FotoDelCarrete{u"/DCIM/"_s + nombre, {}, nombre, 10, 0, tipo, elemento, copiado, u"visible"_s};
+    };
+    const auto elementos = agrupar({foto(u"1.AAE"_s, u"ajustes"_s, u"1"_s), foto(u"1.HEIC"_s, u"foto"_s, u"1"_s),
+                                    foto(u"1.MOV"_s, u"video"_s, u"1"_s, false), foto(u"2.MOV"_s, u"video"_s, u"2"_s),
+                                    foto(u"E1.JPG"_s, u"retoque"_s, u"1"_s)});
+    QCOMPARE(elementos.size(), 2);
+    QCOMPARE(elementos[0].principal.nombre, u"E1.JPG"_s);
+    QVERIFY(elementos[0].esVivo() && elementos[0].retocada() && !elementos[0].copiado() && !elementos[0].esVideo());
+    QCOMPARE(elementos[0].rutas().size(), 4);
+    QCOMPARE(elementos[0].bytes(), qint64(40));
+    QVERIFY(elementos[1].esVideo() && !elementos[1].esVivo() && elementos[1].copiado());
+}
+
+void PruebaAvisosDeFotos::carpeta()
+{
+    Modelo modelo;
+    Fotos fotos(modelo);
+    const auto deSiempre = modelo.carpetaBase() + u"/Fotos"_s;
+    QVERIFY(fotos.carpeta() == deSiempre && fotos.carpetaEsLaDeSiempre());
+    const auto otra = QDir::homePath() + u"/disco/Fotos"_s;
+    QVERIFY(QDir().mkpath(otra));
+    fotos.ponCarpeta(otra);
+    QVERIFY(fotos.carpeta() == otra && !fotos.carpetaEsLaDeSiempre());
+    // The disk is unplugged: back to the usual one, and the choice stays.
+    QVERIFY(QDir(otra).removeRecursively());
+    QVERIFY(fotos.carpeta() == deSiempre && !fotos.carpetaEsLaDeSiempre());
+    fotos.volverACarpetaPorDefecto();
+    QVERIFY(fotos.carpetaEsLaDeSiempre());
+    // Without a phone nothing starts.
+    fotos.copiar();
+    fotos.prepararLiberacion();
+    QVERIFY(!modelo.tarea().enMarcha());
+}
+
+void PruebaAvisosDeFotos::pocoSitio_data()
+{
+    QTest::addColumn<qint64>("libres");
+    QTest::addColumn<bool>("avisa");
+    QTest::newRow("just enough") << qint64(5'000'000'000) << false;
+    QTest::newRow("a byte less") << qint64(4'999'999'999) << true;
+    QTest::newRow("unknown") << qint64(-1) << false;
+}
+
+void PruebaAvisosDeFotos::pocoSitio()
+{
+    QFETCH(const qint64, libres);
+    QFETCH(const bool, avisa);
+    Modelo modelo;
+    const Fotos fotos(modelo);
+    Dispositivo telefono;
+    telefono.id = u"U"_s;
+    telefono.libresBytes = libres < 0 ? std::nullopt : std::optional(libres);
+    modelo.aplicar({telefono}, {});
+    QCOMPARE(!fotos.pocoSitio().isEmpty(), avisa);
+}
+
+QTEST_GUILESS_MAIN(PruebaAvisosDeFotos)
+#include "PruebaAvisosDeFotos.moc"
