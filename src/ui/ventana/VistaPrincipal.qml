@@ -14,7 +14,23 @@ FocusScope {
     readonly property Copias copias: raiz.programa.copias
     required property list<string> falta
 
+    /// What had the keyboard before something came over the window; it gets it back.
+    readonly property Item enfocado: Window.activeFocusItem
+    property Item ultimo: null
+
     signal sale
+
+    function devuelveElTeclado() {
+        if (estado.hayCapa || raiz.enfocado !== null && raiz.enfocado.visible && raiz.enfocado !== raiz)
+            return;
+        const sirve = raiz.ultimo !== null && raiz.ultimo.visible && raiz.ultimo.enabled;
+        (sirve ? raiz.ultimo : carrete.activo ? carrete : raiz).forceActiveFocus(Qt.PopupFocusReason);
+    }
+
+    onEnfocadoChanged: {
+        if (!estado.hayCapa && raiz.enfocado !== null && raiz.enfocado !== raiz)
+            raiz.ultimo = raiz.enfocado;
+    }
 
     /// A job runs, and the window is to close.
     function preguntaAlSalir() {
@@ -32,6 +48,7 @@ FocusScope {
         secciones: secciones
         hayHerramientas: raiz.falta.length === 0
         onSale: raiz.sale()
+        onHayCapaChanged: if (!estado.hayCapa) Qt.callLater(raiz.devuelveElTeclado)
     }
 
     Keys.onPressed: tecla => {
@@ -114,6 +131,8 @@ FocusScope {
             }
 
             Cargador {
+                id: carrete
+
                 anchors.fill: parent
                 focus: activo
                 activo: estado.hayCarrete
