@@ -26,7 +26,7 @@ std::optional<QString> faltaDeSitio(qint64 bytes, const CarpetaDeDestino &carpet
     if (!libres || bytes == 0 || bytes <= *libres - holgura)
         return {};
     return u"No hay sitio en el disco: hacen falta %1 y quedan %2. Libera espacio y vuelve a intentarlo."_s.arg(
-        Formato::tamano(bytes), Formato::tamano(*libres));
+        Formato::tamano(bytes + holgura), Formato::tamano(*libres));
 }
 
 Resultado<CopiaAbierta> abrirLaCopia(const QString &udid, const QString &copias, const CarpetaDeDestino &deTrabajo,

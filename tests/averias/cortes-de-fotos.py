@@ -1,0 +1,201 @@
+#!/usr/bin/env python3
+"""Copies photos off a phone and frees it, cut short at random: cortes-de-fotos.py ENGINE SIMULATOR MUERE RUNS [SEED]
+
+Each run ends by a kill (at a step that lasts on the disk, or at any moment), a request to end, the cable out (inside a
+file, or at any moment), a disk that fills up, or by itself. After each, every photo must exist whole on the phone or
+under its name in the folder; nothing half may stand under a name; and a run that nobody cuts brings no byte that was
+not missing. Run it by `unshare --mount --map-root-user`, so that the folder can have a disk of its own to fill up; where
+none can be had that ending is left out.
+"""
+import collections
+import hashlib
+import json
+import os
+import pathlib
+import random
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import threading
+import time
+
+UDID = "00008120-000A1B2C3D4C1E9A"
+FINALES = ["matar", "matar en un paso", "pedir que acabe", "cable en un fichero", "cable", "ninguno"]
+DISCO = "400m"
+
+
+class Telefono:
+    def __init__(self, simulador: str, raiz: pathlib.Path):
+        estado = raiz / "estado.json"
+        estado.write_text(json.dumps({"telefonos": [{"udid": UDID}]}))
+        orden = [simulador, "--socket", raiz / "usbmuxd", "--estado", estado, "--contenido", raiz / "contenido",
+                 "--tamano", "minimo"]
+        self.proceso = subprocess.Popen(orden, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+        if "LISTO" not in self.proceso.stdout.readline():
+            sys.exit("el teléfono simulado no arrancó")
+        os.environ["USBMUXD_SOCKET_ADDRESS"] = f"UNIX:{raiz}/usbmuxd"
+        self.carrete = raiz / "contenido" / UDID / "media/DCIM"
+
+    def orden(self, **orden) -> bool:
+        self.proceso.stdin.write(json.dumps(orden) + "\n")
+        self.proceso.stdin.flush()
+        return json.loads(self.proceso.stdout.readline())["bien"]
+
+
+def contenidos(carpeta: pathlib.Path) -> dict[str, tuple[str, int]]:
+    """What stands there under final names: SHA-1 and size of each file."""
+    return {
+        str(f.relative_to(carpeta)): (hashlib.sha1(f.read_bytes()).hexdigest(), f.stat().st_size)
+        for f in carpeta.rglob("*")
+        if f.is_file() and not f.name.startswith(".vellora-") and f.name != "Borradas del iPhone.txt"
+    }
+
+
+def carrete_nuevo(carrete: pathlib.Path, azar: random.Random) -> None:
+    """Live Photos, edits with their side file, videos, and names that a former roll had too."""
+    shutil.rmtree(carrete, ignore_errors=True)
+    for n in range(14):
+        carpeta = carrete / f"{100 + n % 3}APPLE"
+        carpeta.mkdir(parents=True, exist_ok=True)
+        nombres = {0: [".HEIC", ".MOV"], 1: [".JPG", ".AAE", "E.JPG"], 2: [".MOV"]}.get(n % 4, [".JPG"])
+        for fin in nombres:
+            nombre = f"IMG_E{n:04}.JPG" if fin == "E.JPG" else f"IMG_{n:04}{fin}"
+            largo = azar.choice((900, 30_000, 300_000, 2_500_000 if fin == ".MOV" else 120_000))
+            (carpeta / nombre).write_bytes(azar.randbytes(largo))
+
+
+class Prueba:
+    def __init__(self, motor: str, muere: str, telefono: Telefono, disco: pathlib.Path, azar: random.Random):
+        self.motor, self.muere, self.telefono, self.azar = motor, muere, telefono, azar
+        self.disco, self.fotos = disco, disco / "Fotos"
+        self.males: list[str] = []
+        self.cuenta: collections.Counter = collections.Counter()
+
+    def lanzar(self, orden: str, **mas) -> subprocess.Popen:
+        entorno = dict(os.environ, CONFIRMADO="SI" if orden == "liberar" else "NO", **mas)
+        return subprocess.Popen([self.motor, orden, UDID, self.fotos], env=entorno, stdout=subprocess.PIPE, text=True)
+
+    def llenar(self) -> None:
+        """Somebody else takes the room that was there when the copy began."""
+        libre = shutil.disk_usage(self.disco).free - self.azar.randint(0, 3_000_000)
+        with open(self.disco / "estorbo", "wb") as estorbo:
+            try:
+                os.posix_fallocate(estorbo.fileno(), 0, max(1, libre))
+            except OSError:
+                pass  # the copy was faster
+
+    def cortada(self, orden: str, final: str) -> None:
+        azar = self.azar
+        paso = str(azar.randint(1, 160))
+        if final == "cable en un fichero":
+            self.telefono.orden(orden="cortar", servicio="com.apple.afc", bytes=azar.randint(0, 2_000_000))
+        hijo = self.lanzar(orden, **({"LD_PRELOAD": self.muere, "MUERE_EN": paso} if final == "matar en un paso" else {}))
+        def despues():
+            time.sleep(azar.random() ** 2 * 0.25)
+            if final == "cable":
+                self.telefono.orden(orden="desconectar")
+            elif final == "disco lleno":
+                self.llenar()
+            elif hijo.poll() is None:
+                hijo.send_signal(signal.SIGKILL if final == "matar" else signal.SIGTERM)
+        aparte = threading.Thread(target=despues) if final in ("matar", "pedir que acabe", "cable", "disco lleno") else None
+        if aparte:
+            aparte.start()
+        try:
+            hijo.communicate(timeout=60)
+        except subprocess.TimeoutExpired:
+            hijo.kill()
+            hijo.communicate()
+            self.males.append(f"{orden}, {final}: no acaba")
+        if aparte:
+            aparte.join()
+        self.cuenta[f"{orden}, {final}: {'entera' if hijo.returncode == 0 else 'cortada'}"] += 1
+        (self.disco / "estorbo").unlink(missing_ok=True)
+        self.telefono.orden(orden="conectar")
+
+    def revisar(self, que: str, originales: dict[str, tuple[str, int]], de_antes: set[str]) -> None:
+        en_el_telefono, en_la_carpeta = contenidos(self.telefono.carrete), contenidos(self.fotos)
+        sumas = {suma for suma, _ in en_la_carpeta.values()}
+        for nombre, (suma, _) in originales.items():
+            if en_el_telefono.get(nombre, ("",))[0] != suma and suma not in sumas:
+                self.males.append(f"{que}: {nombre} no está en ninguna parte")
+        buenas = {suma for suma, _ in originales.values()} | de_antes
+        for nombre, (suma, _) in en_la_carpeta.items():
+            if suma not in buenas:
+                self.males.append(f"{que}: {nombre} está a medias")
+        if de_antes - sumas:
+            self.males.append(f"{que}: se ha perdido una foto de antes")
+
+    def sin_cortes(self, originales: dict[str, tuple[str, int]]) -> None:
+        """A copy that ends brings what is missing and nothing else."""
+        for _ in range(4):  # a cut that was ordered before and did not come may come now
+            hay = {suma for suma, _ in contenidos(self.fotos).values()}
+            falta = sum(largo for n, (_, largo) in contenidos(self.telefono.carrete).items()
+                        if originales[n][0] not in hay)
+            hijo = self.lanzar("copiar")
+            salida, _ = hijo.communicate(timeout=60)
+            self.telefono.orden(orden="conectar")
+            fin = [a for a in map(json.loads, filter(lambda l: l.startswith("{"), salida.splitlines())) if a["tipo"] == "fin"]
+            if hijo.returncode == 0 and fin:
+                if fin[0]["bytes"] > falta:
+                    self.males.append(f"copiar otra vez: {fin[0]['bytes']} bytes y solo faltaban {falta}")
+                return
+        self.males.append(f"copiar: no acaba bien ni sin cortes: {salida[-300:]}")
+
+
+def main() -> int:
+    motor, simulador, muere, vueltas = *sys.argv[1:4], int(sys.argv[4])
+    semilla = int(sys.argv[5]) if len(sys.argv) > 5 else random.randrange(1 << 30)
+    print(f"Semilla {semilla}", flush=True)
+    with tempfile.TemporaryDirectory() as carpeta:
+        raiz = pathlib.Path(carpeta)
+        disco = raiz / "disco"
+        disco.mkdir()
+        montado = subprocess.run(["mount", "-t", "tmpfs", "-o", f"size={DISCO}", "tmpfs", disco], check=False).returncode == 0
+        if montado:
+            FINALES.append("disco lleno")
+        telefono = Telefono(simulador, raiz)
+        try:
+            mal = probar(motor, muere, telefono, disco, vueltas, random.Random(semilla))
+        finally:
+            telefono.proceso.stdin.close()
+            telefono.proceso.wait(20)
+            if montado:
+                subprocess.run(["umount", disco], check=False)
+    return mal
+
+
+def probar(motor, muere, telefono, disco, vueltas, azar) -> int:
+    prueba = Prueba(motor, muere, telefono, disco, azar)
+    prueba.fotos.mkdir()
+    hechas, vida = 0, 0
+    while hechas < vueltas and not prueba.males:
+        # Every few lives the folder begins anew; in between, a new roll takes the names of the last one.
+        if vida % 3 == 0:
+            shutil.rmtree(prueba.fotos)
+            prueba.fotos.mkdir()
+        vida += 1
+        carrete_nuevo(telefono.carrete, azar)
+        originales = contenidos(telefono.carrete)
+        de_antes = {suma for suma, _ in contenidos(prueba.fotos).values()}
+        for _ in range(azar.randint(4, 12)):
+            orden = azar.choice(("copiar", "copiar", "liberar"))
+            final = azar.choice(FINALES)
+            prueba.cortada(orden, final)
+            prueba.revisar(f"{orden}, {final}", originales, de_antes)
+            hechas += 1
+            if azar.random() < 0.25:
+                prueba.sin_cortes(originales)
+                prueba.revisar("copiar hasta el final", originales, de_antes)
+    for que, veces in sorted(prueba.cuenta.items()):
+        print(f"  {que}: {veces}")
+    cortadas = sum(v for que, v in prueba.cuenta.items() if que.endswith("cortada"))
+    print(f"Cortes: {hechas} vueltas, {cortadas} cortadas, {len(prueba.males)} mal")
+    print("\n".join(prueba.males[:20]))
+    return 1 if prueba.males or cortadas < hechas // 5 else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
