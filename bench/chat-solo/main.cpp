@@ -1,3 +1,4 @@
+#include "Fotogramas.h"
 #include "extraction/Conversaciones.h"
 #include "extraction/ExportarPDF.h"
 #include "platform/Apariencia.h"
@@ -5,13 +6,9 @@
 #include "ui/sesion/Programa.h"
 
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFile>
-#include <QQuickItem>
-#include <QQuickWindow>
 
-#include <algorithm>
 #include <cstdio>
 #include <functional>
 
@@ -24,24 +21,6 @@ namespace
 constexpr int fotogramas = 600;
 constexpr double pasoDeLaRueda = 400; // points a frame: faster than anybody reads
 
-double milisegundos(const QElapsedTimer &reloj)
-{
-    return static_cast<double>(reloj.nsecsElapsed()) / 1e6;
-}
-
-/// MiB in memory, now.
-double residente()
-{
-    QFile estado(u"/proc/self/status"_s);
-    if (!estado.open(QIODevice::ReadOnly))
-        return 0;
-    for (const auto &linea : estado.readAll().split('\n')) {
-        if (linea.startsWith("VmRSS:"))
-            return linea.simplified().split(' ').value(1).toDouble() / 1024;
-    }
-    return 0;
-}
-
 QQuickItem *listaDeMensajes(QQuickItem *desde)
 {
     if (desde->property("reuseItems").isValid() && desde->property("nombre").toString().startsWith(u"Mensajes de"_s))
@@ -53,14 +32,6 @@ QQuickItem *listaDeMensajes(QQuickItem *desde)
     return nullptr;
 }
 
-void unFotograma(QQuickWindow &ventana)
-{
-    QEventLoop espera;
-    QObject::connect(&ventana, &QQuickWindow::frameSwapped, &espera, &QEventLoop::quit);
-    ventana.update();
-    espera.exec();
-}
-
 int ventana(const QString &fichero)
 {
     prepararAspecto();
@@ -68,8 +39,8 @@ int ventana(const QString &fichero)
     Programa programa([](const QString &) { return std::optional(true); });
     QQmlApplicationEngine motor;
     auto *abierta = abrirVentanaPrincipal(motor, {programa, apariencia, {}});
-    unFotograma(*abierta);
-    const auto antes = residente();
+    Fotogramas::uno(*abierta);
+    const auto antes = Fotogramas::residente();
     QElapsedTimer reloj;
     reloj.start();
     programa.visor.verChats(fichero);
@@ -77,20 +48,13 @@ int ventana(const QString &fichero)
     QEventLoop carga;
     QObject::connect(&chats, &Conversaciones::chatCargado, &carga, &QEventLoop::quit);
     carga.exec();
-    unFotograma(*abierta);
-    const auto primera = milisegundos(reloj);
+    Fotogramas::uno(*abierta);
+    const auto primera = Fotogramas::milisegundos(reloj);
     auto *lista = listaDeMensajes(abierta->contentItem());
-    std::vector<double> tiempos;
-    for (int i = 0; lista != nullptr && i < fotogramas; ++i) {
-        reloj.restart();
-        lista->setProperty("contentY", lista->property("contentY").toDouble() - pasoDeLaRueda);
-        unFotograma(*abierta);
-        tiempos.push_back(milisegundos(reloj));
-    }
-    std::sort(tiempos.begin(), tiempos.end());
+    const auto tiempos = Fotogramas::recorriendo(*abierta, lista, -pasoDeLaRueda, fotogramas);
     std::printf("%d %.1f %.2f %.2f %.1f\n", chats.cuantos(), primera,
                 tiempos.empty() ? -1 : tiempos[tiempos.size() / 2], tiempos.empty() ? -1 : tiempos.back(),
-                residente() - antes);
+                Fotogramas::residente() - antes);
     return 0;
 }
 
@@ -102,7 +66,7 @@ int pdf(const QString &fichero, const QString &salida)
     QFile escrito(salida);
     if (!bytes || !escrito.open(QIODevice::WriteOnly) || escrito.write(*bytes) != bytes->size())
         return 1;
-    std::printf("%.1f\n", milisegundos(reloj));
+    std::printf("%.1f\n", Fotogramas::milisegundos(reloj));
     return 0;
 }
 
@@ -112,7 +76,7 @@ int pagina(const QString &datos)
     reloj.start();
     if (!Extraccion::chatsEnPagina(datos))
         return 1;
-    std::printf("%.1f\n", milisegundos(reloj));
+    std::printf("%.1f\n", Fotogramas::milisegundos(reloj));
     return 0;
 }
 

@@ -6,6 +6,7 @@
 #include "engine/roll/Rutas.h"
 
 #include <algorithm>
+#include <future>
 
 using namespace Qt::StringLiterals;
 
@@ -43,11 +44,17 @@ void contarLasDeICloud(Conexiones &conexiones, const Carrete &carrete, Avisos &a
                      "Ajustes, Fotos, elige «Descargar y conservar originales» y copia otra vez cuando acabe."_s.arg(cuantas));
 }
 
-/// Copies the files and tells of it; the exit status.
-int copiarFicheros(const QString &udid, Conexiones &conexiones, const std::vector<FicheroDelCarrete> &ficheros,
-                   const QString &destino, const std::vector<std::pair<QString, QString>> &perdidos, Avisos &avisar)
+/// What is there already is read while the phone is being asked.
+std::future<Copiadas> leyendo(const QString &destino, const QString &udid)
 {
-    auto copiadas = Copiadas::leer(destino, udid);
+    return std::async(std::launch::async, &Copiadas::leer, destino, udid);
+}
+
+/// Copies the files and tells of it; the exit status.
+int copiarFicheros(Conexiones &conexiones, const std::vector<FicheroDelCarrete> &ficheros, Copiadas copiadas,
+                   const QString &destino, const std::vector<std::pair<QString, QString>> &perdidos, Avisos &avisar,
+                   CuentaDeCopia &cuenta)
+{
     const auto queja = [&](const QString &fichero, const QString &motivo) {
         avisar.avisar(u"fallo"_s, {{u"fichero"_s, fichero}, {u"motivo"_s, motivo}});
     };
@@ -57,13 +64,12 @@ int copiarFicheros(const QString &udid, Conexiones &conexiones, const std::vecto
     CarpetaDeDestino::limpiar(destino);
     if (const auto motivo = impedimento(ficheros, copiadas, destino))
         return avisar.error(*motivo);
-    const auto avance = [&](const CuentaDeCopia &cuenta, const QString &fichero) {
-        avisar.progreso(cuenta.hechos(), {{u"copiados"_s, cuenta.copiados},
-                                          {u"saltados"_s, cuenta.saltados},
-                                          {u"bytes"_s, cuenta.bytes},
-                                          {u"fichero"_s, fichero}});
+    const auto avance = [&](const CuentaDeCopia &hasta, const QString &fichero) {
+        avisar.progreso(hasta.hechos(), {{u"copiados"_s, hasta.copiados},
+                                         {u"saltados"_s, hasta.saltados},
+                                         {u"bytes"_s, hasta.bytes},
+                                         {u"fichero"_s, fichero}});
     };
-    CuentaDeCopia cuenta;
     const auto motivo = Copiador(conexiones, copiadas, destino).copiar(ficheros, avance, queja, cuenta);
     if (Interrupcion::pedida())
         return Interrupcion::estado;
@@ -81,6 +87,7 @@ int copiarFicheros(const QString &udid, Conexiones &conexiones, const std::vecto
 
 int copiar(const QStringList &argumentos, Avisos &avisar)
 {
+    auto copiadas = leyendo(argumentos[1], argumentos[0]);
     return conElTelefono(argumentos[0], avisar, [&](Conexiones &conexiones) {
         const auto carrete = leerCarrete(conexiones);
         if (!carrete)
@@ -88,9 +95,11 @@ int copiar(const QStringList &argumentos, Avisos &avisar)
         std::vector<std::pair<QString, QString>> perdidos;
         for (const auto &problema : carrete->problemas)
             perdidos.emplace_back(u"una parte del carrete"_s, problema);
-        const auto estado =
-            copiarFicheros(argumentos[0], conexiones, carrete->ficheros, argumentos[1], perdidos, avisar);
-        if (estado == 0)
+        CuentaDeCopia cuenta;
+        const auto estado = copiarFicheros(conexiones, carrete->ficheros, copiadas.get(), argumentos[1], perdidos,
+                                           avisar, cuenta);
+        // The phone's list is long: it is not read again for an owner who has been told.
+        if (estado == 0 && (cuenta.copiados > 0 || carrete->ficheros.empty()))
             contarLasDeICloud(conexiones, *carrete, avisar);
         return estado;
     });
@@ -101,9 +110,11 @@ int copiarElegidas(const QStringList &argumentos, Avisos &avisar)
     const auto rutas = leerRutas(argumentos[1]);
     if (!rutas)
         return avisar.error(rutas.motivo());
+    auto copiadas = leyendo(argumentos[2], argumentos[0]);
     return conElTelefono(argumentos[0], avisar, [&](Conexiones &conexiones) {
         const auto [ficheros, perdidos] = buscarRutas(conexiones, *rutas);
-        return copiarFicheros(argumentos[0], conexiones, ficheros, argumentos[2], perdidos, avisar);
+        CuentaDeCopia cuenta;
+        return copiarFicheros(conexiones, ficheros, copiadas.get(), argumentos[2], perdidos, avisar, cuenta);
     });
 }
 

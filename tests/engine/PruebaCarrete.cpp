@@ -182,6 +182,7 @@ void PruebaCarrete::copiarSoloLoQueFalta()
 
     // What only iCloud has is told in words.
     QVERIFY(QFile::remove(media + u"/DCIM/100APPLE/IMG_0001.JPG"_s));
+    QVERIFY(escribirFichero(media + u"/DCIM/102APPLE/IMG_2002.HEIC"_s, "otra más"));
     QVERIFY(copiar().todo().contains(u"1 de tus fotos no están en el iPhone: solo las tiene iCloud"));
 }
 

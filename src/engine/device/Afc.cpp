@@ -14,8 +14,8 @@ namespace vellora::motor
 namespace
 {
 
-// One round trip of the phone carries any block; beyond this nothing is gained.
-constexpr qint64 bloque = 1024LL * 1024;
+// Beyond this nothing is gained, and what is read no longer stays near the processor until it is written.
+constexpr qint64 bloque = 256LL * 1024;
 
 using Lista = std::unique_ptr<char *, Cierra<afc_dictionary_free>>;
 

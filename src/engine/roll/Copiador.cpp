@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <chrono>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -302,7 +303,9 @@ std::optional<QString> Copiador::copiar(const std::vector<FicheroDelCarrete> &fi
                                         const Queja &queja, CuentaDeCopia &cuenta)
 {
     Comun comun(ficheros, avance, queja);
-    conexiones.repartir(ficheros.size(), [&](Afc &afc, size_t numero) {
+    // Deciphering, summing and writing keep the cores busy: more threads would only wait for one another.
+    const size_t nucleos = std::max(2U, std::thread::hardware_concurrency());
+    conexiones.repartir(std::min(ficheros.size(), nucleos), [&](Afc &afc, size_t numero) {
         auto carpeta = CarpetaDeDestino::abrir(destino);
         if (!carpeta)
             return comun.parar(carpeta.motivo());
