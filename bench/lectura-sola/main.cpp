@@ -23,8 +23,8 @@ std::vector<std::string> nombresEn(afc_client_t afc, const std::string &carpeta)
 
 } // namespace
 
-/// lectura-sola UDID: reads every file of the roll by the C library, one after the other, and keeps nothing: what a copy
-/// cannot do with less of on one connection. Prints the bytes.
+/// lectura-sola UDID: reads every file of the roll by the C library, one after the other, and keeps nothing: what a
+/// copy cannot do with less of on one connection. Prints the bytes.
 int main(int argc, char **argv)
 {
     idevice_t aparato = nullptr;

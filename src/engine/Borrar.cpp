@@ -137,8 +137,7 @@ int borrarLista(const QStringList &argumentos, Avisos &avisar, bool conLaListaDe
         if (!confirmado())
             return contarElPlan(ficheros, avisar);
         const auto cuenta = borrarFicheros(afc, ficheros, avisar);
-        const bool listaBorrada =
-            conLaListaDeFotos && cuenta.borrados > 0 && !afc.perdido() && borrarBaseDeFotos(afc);
+        const bool listaBorrada = conLaListaDeFotos && cuenta.borrados > 0 && !afc.perdido() && borrarBaseDeFotos(afc);
         if (Interrupcion::pedida())
             return Interrupcion::estado;
         const auto carrete = afc.perdido() ? Resultado<Carrete>::fallo({}) : leerCarrete(conexiones);

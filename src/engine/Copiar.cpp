@@ -40,8 +40,9 @@ void contarLasDeICloud(Conexiones &conexiones, const Carrete &carrete, Avisos &a
     const auto cuantas =
         std::count_if(base->begin(), base->end(), [](const auto &una) { return una.second != EstadoDeFoto::Papelera; });
     if (cuantas > 0)
-        avisar.linea(u"%1 de tus fotos no están en el iPhone: solo las tiene iCloud. Para traerlas, en el iPhone abre "
-                     "Ajustes, Fotos, elige «Descargar y conservar originales» y copia otra vez cuando acabe."_s.arg(cuantas));
+        avisar.linea(
+            u"%1 de tus fotos no están en el iPhone: solo las tiene iCloud. Para traerlas, en el iPhone abre "
+            "Ajustes, Fotos, elige «Descargar y conservar originales» y copia otra vez cuando acabe."_s.arg(cuantas));
 }
 
 /// What is there already is read while the phone is being asked.
@@ -96,8 +97,8 @@ int copiar(const QStringList &argumentos, Avisos &avisar)
         for (const auto &problema : carrete->problemas)
             perdidos.emplace_back(u"una parte del carrete"_s, problema);
         CuentaDeCopia cuenta;
-        const auto estado = copiarFicheros(conexiones, carrete->ficheros, copiadas.get(), argumentos[1], perdidos,
-                                           avisar, cuenta);
+        const auto estado =
+            copiarFicheros(conexiones, carrete->ficheros, copiadas.get(), argumentos[1], perdidos, avisar, cuenta);
         // The phone's list is long: it is not read again for an owner who has been told.
         if (estado == 0 && (cuenta.copiados > 0 || carrete->ficheros.empty()))
             contarLasDeICloud(conexiones, *carrete, avisar);

@@ -93,7 +93,10 @@ public:
         }
         for (size_t i = 0; i < elemento.ficheros.size(); ++i) {
             const auto &fichero = *elemento.ficheros[i];
-            if (const auto motivo = afc.borrar(fichero.ruta); motivo && !afc.faltaba())
+            auto motivo = afc.borrar(fichero.ruta);
+            if (motivo && afc.faltaba())
+                continue; // deleted on the phone meanwhile
+            if (motivo)
                 return motivo;
             ++borrados;
             liberados += fichero.ficha.tamano;
@@ -123,7 +126,7 @@ private:
         if (!local)
             return no(u"su copia no se puede leer"_s);
         const auto anotada = copiadas.huella(fichero);
-        const auto delTelefono = anotada ? Resultado(*anotada) : huellaDelTelefono(fichero);
+        auto delTelefono = anotada ? Resultado(*anotada) : huellaDelTelefono(fichero);
         if (!delTelefono)
             return delTelefono;
         if (*delTelefono != *local)
@@ -186,8 +189,8 @@ int borrar(const PlanDeLiberar &plan, Conexiones &conexiones, Copiadas &copiadas
             break;
         if (const auto motivo = liberador.liberar(elemento); motivo && !Interrupcion::pedida()) {
             ++fallos;
-            avisar.linea(u"Dejo en el iPhone %1: %2."_s.arg(
-                QString::fromUtf8(elemento.ficheros.front()->relativa), *motivo));
+            avisar.linea(
+                u"Dejo en el iPhone %1: %2."_s.arg(QString::fromUtf8(elemento.ficheros.front()->relativa), *motivo));
         }
         avisar.progreso(liberador.borrados, {{u"bytes"_s, liberador.liberados}});
     }
@@ -197,9 +200,9 @@ int borrar(const PlanDeLiberar &plan, Conexiones &conexiones, Copiadas &copiadas
         return Interrupcion::estado;
     const auto quedan = afc.perdido() ? std::nullopt : quedanEnElCarrete(conexiones);
     if (!quedan)
-        return avisar.error(u"El iPhone ha dejado de responder cuando iban %1 archivos borrados. Lo borrado está a "
-                            "salvo en la carpeta de las fotos. Mira el cable y vuelve a intentarlo."_s.arg(
-                                liberador.borrados));
+        return avisar.error(
+            u"El iPhone ha dejado de responder cuando iban %1 archivos borrados. Lo borrado está a "
+            "salvo en la carpeta de las fotos. Mira el cable y vuelve a intentarlo."_s.arg(liberador.borrados));
     avisar.avisar(u"fin"_s, {{u"borrados"_s, liberador.borrados},
                              {u"liberados"_s, liberador.liberados},
                              {u"quedan_en_carrete"_s, *quedan},

@@ -52,7 +52,8 @@ int listarCarrete(const QStringList &argumentos, Avisos &avisar)
         // The list knows one file of each photo: the state is that of all its files.
         std::unordered_map<std::string, EstadoDeFoto> estados;
         for (const auto &[relativa, estado] : base)
-            estados[elementoDe(QByteArrayView(relativa.data(), static_cast<qsizetype>(relativa.size()))).toStdString()] = estado;
+            estados[elementoDe(QByteArrayView(relativa.data(), static_cast<qsizetype>(relativa.size())))
+                        .toStdString()] = estado;
 
         QJsonArray lista;
         const auto soltar = [&] {
@@ -73,15 +74,14 @@ int listarCarrete(const QStringList &argumentos, Avisos &avisar)
                 {u"bytes"_s, fichero.ficha.tamano},
                 {u"fecha"_s, fichero.ficha.modificado.toSecsSinceEpoch()},
                 {u"tipo"_s, tipoEnPalabra(fichero)},
-                {u"elemento"_s, esSuPropio && tipoDe(fichero.relativa) == TipoDeFichero::Video
-                                    ? relativa
-                                    : elemento},
+                {u"elemento"_s, esSuPropio && tipoDe(fichero.relativa) == TipoDeFichero::Video ? relativa : elemento},
                 {u"copiado"_s, copiadas.juzgar(fichero).juicio == Copiadas::Juicio::Esta},
                 {u"estado"_s, estadoDe(fichero, estados)}};
             if (lista.size() >= enUnAviso && !soltar())
                 return avisar.error(u"No queda sitio ni para la lista de las fotos. Libera espacio en el disco."_s);
         }
-        return soltar() ? 0 : avisar.error(u"No queda sitio ni para la lista de las fotos. Libera espacio en el disco."_s);
+        return soltar() ? 0
+                        : avisar.error(u"No queda sitio ni para la lista de las fotos. Libera espacio en el disco."_s);
     });
 }
 

@@ -35,15 +35,16 @@ int bateriaHistorial(const QStringList &argumentos, Avisos &avisar);
 /// password may be empty then. Passwords go to no file, not even a temporary one.
 int contrasenas(const QStringList &argumentos, Avisos &avisar);
 
-/// "copiar" UDID DESTINO: brings what of the camera roll is not yet in the folder. Notices: "total" n, "progreso" hechos
-/// copiados saltados bytes fichero, "fallo" fichero motivo, "fin" copiados saltados fallos bytes. Not well with a
-/// failure among them.
+/// "copiar" UDID DESTINO: brings what of the camera roll is not yet in the folder. Notices: "total" n, "progreso"
+/// hechos copiados saltados bytes fichero, "fallo" fichero motivo, "fin" copiados saltados fallos bytes. Not well with
+/// a failure among them.
 int copiar(const QStringList &argumentos, Avisos &avisar);
 /// "copiar-elegidas" UDID LISTA DESTINO: the same of the files whose paths are in the list, a line each.
 int copiarElegidas(const QStringList &argumentos, Avisos &avisar);
 /// "liberar" UDID CARPETA: takes off the phone what has a whole copy in the folder. Notices: "plan" a_borrar se_quedan
 /// (files) bytes; confirmed, after it "progreso" hechos, "fin" borrados liberados quedan_en_carrete (photos)
-/// lista_borrada; not well when one stays because its copy could not be proved. What was deleted is told in "Borradas del iPhone.txt" in the folder.
+/// lista_borrada; not well when one stays because its copy could not be proved. What was deleted is told in "Borradas
+/// del iPhone.txt" in the folder.
 int liberar(const QStringList &argumentos, Avisos &avisar);
 /// "borrar-fotos-iphone" UDID: every file of the roll. Unconfirmed: "plan" a_borrar bytes. Confirmed: "total" n,
 /// "progreso" hechos, "fin" borrados liberados.
@@ -64,8 +65,8 @@ int recuperarCarrete(const QStringList &argumentos, Avisos &avisar);
 /// nombre, bytes, fecha (seconds since 1970), tipo ("foto", "video", "retoque" or "ajustes"), elemento (the same for
 /// all files of one photo), copiado (in the folder) and estado ("visible", "oculta" or "papelera").
 int listarCarrete(const QStringList &argumentos, Avisos &avisar);
-/// "miniaturas" UDID LISTA FOTOS CARPETA: makes the small pictures of the files of the list that are not in CARPETA yet,
-/// named by `nombreDeMiniatura`: of the phone's own, of the copy in the folder FOTOS, or else of the file itself.
+/// "miniaturas" UDID LISTA FOTOS CARPETA: makes the small pictures of the files of the list that are not in CARPETA
+/// yet, named by `nombreDeMiniatura`: of the phone's own, of the copy in the folder FOTOS, or else of the file itself.
 /// Notices: "total" n, "progreso" hechos, "fin" hechas fallidas.
 int miniaturas(const QStringList &argumentos, Avisos &avisar);
 

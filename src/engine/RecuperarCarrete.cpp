@@ -29,7 +29,7 @@ public:
         constexpr QByteArrayView media("Media/");
         if (entrada.dominio != "CameraRollDomain" || !entrada.ruta.startsWith(media))
             return {};
-        const auto suyo = sitioLocal(QString::fromUtf8(entrada.ruta.sliced(media.size() - 1)));
+        auto suyo = sitioLocal(QString::fromUtf8(entrada.ruta.sliced(media.size() - 1)));
         const auto datos = suyo ? leerDatosDeFichero(entrada.archivo) : std::nullopt;
         if (!suyo || !datos)
             return suyo;

@@ -67,11 +67,12 @@ void finDeTodas(Tarea &tarea, const Motor::Aviso &aviso)
     const auto borrados = numero(aviso, "borrados"_L1);
     const auto libres = Formato::tamano(numero(aviso, "liberados"_L1));
     tarea.ponDetalle(u"%1 archivos borrados · %2 libres"_s.arg(borrados).arg(libres));
-    for (const auto &linea :
-         {u"Borrados %1 archivos. Espacio recuperado: %2."_s.arg(borrados).arg(libres), QString(),
-          u"OJO: la app Fotos del iPhone va a SEGUIR enseñándolas un rato."_s,
-          u"Son entradas viejas de su lista, sin la foto detrás: al abrirlas saldrán en blanco o darán error."_s,
-          u"Se limpian solas al reiniciar el iPhone. Si después de reiniciar siguen ahí, hay que borrarlas desde la propia app Fotos del teléfono."_s})
+    for (
+        const auto &linea :
+        {u"Borrados %1 archivos. Espacio recuperado: %2."_s.arg(borrados).arg(libres), QString(),
+         u"OJO: la app Fotos del iPhone va a SEGUIR enseñándolas un rato."_s,
+         u"Son entradas viejas de su lista, sin la foto detrás: al abrirlas saldrán en blanco o darán error."_s,
+         u"Se limpian solas al reiniciar el iPhone. Si después de reiniciar siguen ahí, hay que borrarlas desde la propia app Fotos del teléfono."_s})
         tarea.apunta(linea);
 }
 

@@ -41,14 +41,13 @@ void alAvisar(Tarea &tarea, Contadores &cuenta, const Motor::Aviso &aviso)
                              .arg(aviso.texto("fichero"_L1).value_or(QString())));
     } else if (aviso.tipo == "fallo"_L1) {
         tarea.apunta(u"No pude con %1: %2"_s.arg(aviso.texto("fichero"_L1).value_or(u"?"_s),
-                                                  aviso.texto("motivo"_L1).value_or(QString())));
+                                                 aviso.texto("motivo"_L1).value_or(QString())));
     } else if (aviso.tipo == "fin"_L1) {
         const auto copiados = entero("copiados"_L1);
         const auto saltados = entero("saltados"_L1);
         tarea.ponDetalle(u"%1 archivos nuevos copiados, %2 ya los tenías"_s.arg(copiados).arg(saltados));
-        tarea.apunta(u"Terminado: %1 nuevos, %2 repetidos, %3 con problemas."_s.arg(copiados)
-                         .arg(saltados)
-                         .arg(entero("fallos"_L1)));
+        tarea.apunta(u"Terminado: %1 nuevos, %2 repetidos, %3 con problemas."_s.arg(copiados).arg(saltados).arg(
+            entero("fallos"_L1)));
     } else if (aviso.tipo == "error"_L1) {
         tarea.apunta(u"Error: "_s + aviso.texto("motivo"_L1).value_or(QString()));
     }
@@ -78,14 +77,15 @@ void siguienteCarpeta(Tarea &tarea, const std::shared_ptr<const CopiaPorCarpetas
 
 void acabar(Tarea &tarea, const CopiaPorCarpetas &copia)
 {
-    enSegundoPlano(&tarea, [destino = copia.destino] { return contarFicheros(destino); },
-                   [&tarea, numero = copia.numero](qint64 cuantos) {
-                       if (!tarea.sigue(numero))
-                           return;
-                       tarea.apunta(u"Listo: %1 fotos y videos en el Mac."_s.arg(cuantos));
-                       tarea.ponDetalle(u"%1 archivos copiados"_s.arg(cuantos));
-                       tarea.cerrar(true);
-                   });
+    enSegundoPlano(
+        &tarea, [destino = copia.destino] { return contarFicheros(destino); },
+        [&tarea, numero = copia.numero](qint64 cuantos) {
+            if (!tarea.sigue(numero))
+                return;
+            tarea.apunta(u"Listo: %1 fotos y videos en el Mac."_s.arg(cuantos));
+            tarea.ponDetalle(u"%1 archivos copiados"_s.arg(cuantos));
+            tarea.cerrar(true);
+        });
 }
 
 void siguienteCarpeta(Tarea &tarea, const std::shared_ptr<const CopiaPorCarpetas> &copia, qsizetype indice)
@@ -97,7 +97,8 @@ void siguienteCarpeta(Tarea &tarea, const std::shared_ptr<const CopiaPorCarpetas
     const auto &carpeta = copia->carpetas[indice];
     const auto cual = u"Carpeta %1 de %2"_s.arg(indice + 1).arg(copia->carpetas.size());
     tarea.ponDetalle(cual);
-    const QStringList orden{u"afc"_s, u"pull"_s, carpeta, copia->destino, u"--ignore-errors"_s, u"--udid"_s, copia->udid};
+    const QStringList orden{u"afc"_s,    u"pull"_s,  carpeta, copia->destino, u"--ignore-errors"_s,
+                            u"--udid"_s, copia->udid};
     const auto linea = [&tarea, numero = copia->numero, cual](const QString &texto) {
         if (!tarea.sigue(numero))
             return;
@@ -121,9 +122,10 @@ void copiarFotosRapido(Tarea &tarea, const QString &udid, const QString &destino
     QDir().mkpath(destino);
     tarea.muestra();
     const auto cuenta = std::make_shared<Contadores>();
-    tarea.lanzarMotorPublico({u"copiar"_s, udid, destino}, u"Copiando fotos y vídeos"_s, false,
-                             [&tarea, cuenta](const Motor::Aviso &aviso) { alAvisar(tarea, *cuenta, aviso); },
-                             [&tarea](int codigo) { tarea.cerrar(codigo == 0); });
+    tarea.lanzarMotorPublico(
+        {u"copiar"_s, udid, destino}, u"Copiando fotos y vídeos"_s, false,
+        [&tarea, cuenta](const Motor::Aviso &aviso) { alAvisar(tarea, *cuenta, aviso); },
+        [&tarea](int codigo) { tarea.cerrar(codigo == 0); });
     tarea.ponCarpetaResultado(destino);
 }
 
@@ -142,16 +144,18 @@ void copiarFotos(Tarea &tarea, const QString &udid, const QString &destino)
         const QStringList orden{u"afc"_s, u"ls"_s, u"/DCIM"_s, u"--udid"_s, udid};
         return carpetasEn(Ejecutor::rapido(py, orden, 120));
     };
-    enSegundoPlano(&tarea, listar, [&tarea, py = *py, udid, destino, numero = tarea.trabajo()](const QStringList &carpetas) {
-        if (!tarea.sigue(numero))
-            return;
-        if (carpetas.isEmpty()) {
-            tarea.apunta(u"No he podido leer el carrete. Comprueba que el iPhone esta desbloqueado."_s);
-            return tarea.cerrar(false);
-        }
-        tarea.apunta(u"El carrete tiene %1 carpetas."_s.arg(carpetas.size()));
-        siguienteCarpeta(tarea, std::make_shared<CopiaPorCarpetas>(CopiaPorCarpetas{carpetas, udid, destino, py, numero}), 0);
-    });
+    enSegundoPlano(
+        &tarea, listar, [&tarea, py = *py, udid, destino, numero = tarea.trabajo()](const QStringList &carpetas) {
+            if (!tarea.sigue(numero))
+                return;
+            if (carpetas.isEmpty()) {
+                tarea.apunta(u"No he podido leer el carrete. Comprueba que el iPhone esta desbloqueado."_s);
+                return tarea.cerrar(false);
+            }
+            tarea.apunta(u"El carrete tiene %1 carpetas."_s.arg(carpetas.size()));
+            siguienteCarpeta(
+                tarea, std::make_shared<CopiaPorCarpetas>(CopiaPorCarpetas{carpetas, udid, destino, py, numero}), 0);
+        });
 }
 
 } // namespace vellora

@@ -56,8 +56,8 @@ void finDeBorrar(Tarea &tarea, const Motor::Aviso &aviso, bool huboError, const 
 }
 
 /// Runs a command over a list of paths, or ends the job when the list cannot be written.
-void conLista(Tarea &tarea, const QString &orden, const QString &udid, const QStringList &rutas,
-              const QStringList &mas, const QString &titulo, bool confirmado, const Tarea::AlAvisar &alAvisar)
+void conLista(Tarea &tarea, const QString &orden, const QString &udid, const QStringList &rutas, const QStringList &mas,
+              const QString &titulo, bool confirmado, const Tarea::AlAvisar &alAvisar)
 {
     const auto lista = apuntarRutas(rutas);
     if (lista.isEmpty())

@@ -33,7 +33,7 @@ struct FotoDelCarrete {
 /// What a person sees as one photo: a Live Photo with its video, a photo with its edit.
 struct ElementoGaleria {
     QString id;
-    FotoDelCarrete principal;        ///< the one to show: the edit where there is one
+    FotoDelCarrete principal;       ///< the one to show: the edit where there is one
     QList<FotoDelCarrete> ficheros; ///< the principal one included
 
     bool esVideo() const { return principal.esVideo(); }

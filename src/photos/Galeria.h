@@ -10,8 +10,8 @@
 namespace vellora
 {
 
-/// Small pictures of the files of the phone's roll. The engine makes them, a few at a time and the last asked for first,
-/// and they stay in a folder between runs. Main thread only.
+/// Small pictures of the files of the phone's roll. The engine makes them, a few at a time and the last asked for
+/// first, and they stay in a folder between runs. Main thread only.
 class Galeria : public QObject
 {
     Q_OBJECT

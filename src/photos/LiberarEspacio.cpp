@@ -69,9 +69,10 @@ void planDeLiberacion(Tarea &tarea, const QString &udid, const QString &carpetaF
 void liberarEspacio(Tarea &tarea, const QString &udid, const QString &carpetaFotos)
 {
     tarea.muestra();
-    tarea.lanzarMotorPublico({u"liberar"_s, udid, carpetaFotos}, u"Liberando espacio en el iPhone"_s, true,
-                             [&tarea](const Motor::Aviso &aviso) { alBorrar(tarea, aviso); },
-                             [&tarea](int codigo) { tarea.cerrar(codigo == 0); });
+    tarea.lanzarMotorPublico(
+        {u"liberar"_s, udid, carpetaFotos}, u"Liberando espacio en el iPhone"_s, true,
+        [&tarea](const Motor::Aviso &aviso) { alBorrar(tarea, aviso); },
+        [&tarea](int codigo) { tarea.cerrar(codigo == 0); });
 }
 
 } // namespace vellora

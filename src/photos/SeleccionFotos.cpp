@@ -115,15 +115,16 @@ void SeleccionFotos::leer()
             return;
         udid = suyo;
         galeria.preparar(udid, modelo.carpetaFotos());
-        enSegundoPlano(this, [fotos] { return std::make_shared<const Elementos>(agrupar(fotos)); },
-                       [this, suyo](const std::shared_ptr<const Elementos> &agrupados) {
-                           if (udid != suyo)
-                               return;
-                           elementos = agrupados;
-                           filas.clear();
-                           ninguna();
-                           reordenar();
-                       });
+        enSegundoPlano(
+            this, [fotos] { return std::make_shared<const Elementos>(agrupar(fotos)); },
+            [this, suyo](const std::shared_ptr<const Elementos> &agrupados) {
+                if (udid != suyo)
+                    return;
+                elementos = agrupados;
+                filas.clear();
+                ninguna();
+                reordenar();
+            });
     };
     listarCarrete(modelo.tarea(), suyo, modelo.carpetaFotos(), recibir);
     if (!modelo.tarea().enMarcha())
@@ -258,14 +259,15 @@ QString SeleccionFotos::preguntaDeBorrar() const
 {
     const auto cuantos = marcados.size();
     auto texto = cuantos == 1 ? u"Se borrará 1 foto del iPhone y recuperarás %1."_s.arg(Formato::tamano(peso))
-                              : u"Se borrarán %1 fotos del iPhone y recuperarás %2."_s.arg(
-                                    Formato::entero(cuantos), Formato::tamano(peso));
+                              : u"Se borrarán %1 fotos del iPhone y recuperarás %2."_s.arg(Formato::entero(cuantos),
+                                                                                           Formato::tamano(peso));
     if (sinCopiar > 0)
         texto += (sinCopiar == 1 ? u"\n\n⚠️ 1 NO está copiada en el Mac: se pierde para siempre."_s
                                  : u"\n\n⚠️ %1 NO están copiadas en el Mac: se pierden para siempre."_s.arg(
                                        Formato::entero(sinCopiar)));
-    return texto + u"\n\nTambién se tira la lista de la app Fotos, que se rehace sola: al terminar hay que reiniciar el "
-                   "iPhone."_s;
+    return texto +
+           u"\n\nTambién se tira la lista de la app Fotos, que se rehace sola: al terminar hay que reiniciar el "
+           "iPhone."_s;
 }
 
 void SeleccionFotos::pedirBorrar()
@@ -381,9 +383,9 @@ QVariant SeleccionFotos::data(const QModelIndex &indice, int papel) const
 
 QHash<int, QByteArray> SeleccionFotos::roleNames() const
 {
-    return {{PapelId, "identidad"},       {PapelNombre, "nombre"},   {PapelMiniatura, "miniatura"},
-            {PapelVideo, "video"},        {PapelVivo, "vivo"},       {PapelRetocada, "retocada"},
-            {PapelCopiado, "copiado"},    {PapelEstado, "estado"},   {PapelMarcada, "marcada"},
+    return {{PapelId, "identidad"},    {PapelNombre, "nombre"}, {PapelMiniatura, "miniatura"},
+            {PapelVideo, "video"},     {PapelVivo, "vivo"},     {PapelRetocada, "retocada"},
+            {PapelCopiado, "copiado"}, {PapelEstado, "estado"}, {PapelMarcada, "marcada"},
             {PapelPeso, "peso"}};
 }
 

@@ -3,7 +3,6 @@
 #include "photos/Galeria.h"
 
 #include <QAbstractListModel>
-
 #include <QUrl>
 
 #include <memory>

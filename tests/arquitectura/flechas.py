@@ -19,7 +19,7 @@ ARROWS = {
     "session": {"core", "platform"},
     **{area: set(BELOW_AREAS) for area in AREAS},
     "engine": {"core", "platform", "images"},
-    "ui": AREAS | BELOW_AREAS,
+    "ui": AREAS | BELOW_AREAS | {"images"},
     "app": {"ui"} | AREAS | BELOW_AREAS,
 }
 ARROWS["extraction"] |= {"backups"}

@@ -421,7 +421,8 @@ void Sesion::fotos()
     fotografo.retrata(*ventana, u"carrete-leyendo"_s, {1280});
     const auto &seleccion = programa.seleccion;
     espera("the roll", [&] { return seleccion.rowCount() > 60; });
-    espera("small pictures", [&] { return QDir(Galeria::carpeta()).count() > 40; }, 90);
+    espera(
+        "small pictures", [&] { return QDir(Galeria::carpeta()).count() > 40; }, 90);
     modelo.tarea().cerrarAviso();
     foto(u"carrete"_s, {960, 1280, 1920});
     tecla(Qt::Key_Space);

@@ -148,7 +148,8 @@ void PruebaCarrete::copiarSoloLoQueFalta()
     struct stat suyo = {};
     struct stat nuestro = {};
     const auto foto = todo.firstKey();
-    QVERIFY(stat(qPrintable(media + u"/DCIM/"_s + foto), &suyo) == 0 && stat(qPrintable(fotos + u'/' + foto), &nuestro) == 0);
+    QVERIFY(stat(qPrintable(media + u"/DCIM/"_s + foto), &suyo) == 0 &&
+            stat(qPrintable(fotos + u'/' + foto), &nuestro) == 0);
     QCOMPARE(nuestro.st_mtime, suyo.st_mtime);
     QCOMPARE(nuestro.st_mode & 0777, 0600U);
 
@@ -171,9 +172,12 @@ void PruebaCarrete::copiarSoloLoQueFalta()
 
     // A photo more, and one that the phone has edited since.
     QVERIFY(escribirFichero(media + u"/DCIM/102APPLE/IMG_2001.HEIC"_s, QByteArray(70'000, 'n')));
-    QVERIFY(escribirFichero(media + u"/PhotoData/Mutations/DCIM/100APPLE/IMG_0002/Adjustments/FullSizeRender.jpg"_s, "retocada"));
-    QVERIFY(escribirFichero(media + u"/PhotoData/Mutations/DCIM/100APPLE/IMG_0002/Adjustments/Adjustments.plist"_s, "cómo"));
-    QVERIFY(escribirFichero(media + u"/PhotoData/Mutations/DCIM/100APPLE/IMG_0002/Adjustments/Penultimate.jpg"_s, "no"));
+    QVERIFY(escribirFichero(media + u"/PhotoData/Mutations/DCIM/100APPLE/IMG_0002/Adjustments/FullSizeRender.jpg"_s,
+                            "retocada"));
+    QVERIFY(escribirFichero(media + u"/PhotoData/Mutations/DCIM/100APPLE/IMG_0002/Adjustments/Adjustments.plist"_s,
+                            "cómo"));
+    QVERIFY(
+        escribirFichero(media + u"/PhotoData/Mutations/DCIM/100APPLE/IMG_0002/Adjustments/Penultimate.jpg"_s, "no"));
     const auto tercera = copiar();
     QCOMPARE(tercera[u"fin"_s][u"copiados"_s].toInt(), 3);
     QCOMPARE(leerFichero(fotos + u"/102APPLE/IMG_2001.HEIC"_s), QByteArray(70'000, 'n'));
@@ -232,7 +236,9 @@ void PruebaCarrete::copiarLoQueSePueda()
     QCOMPARE(hecho[u"fin"_s][u"fallos"_s].toInt(), 2);
     QCOMPARE(enLaCarpeta().size(), todo.size() - 1 - QDir(media + u"/DCIM/101APPLE"_s).count() + 2);
     QVERIFY(fallar({}, 0) || true);
-    QVERIFY(telefono->orden({{u"orden"_s, u"fallar"_s}, {u"peticion"_s, u""_s}, {u"error"_s, QJsonValue::Null}})[u"bien"_s].toBool());
+    QVERIFY(
+        telefono->orden({{u"orden"_s, u"fallar"_s}, {u"peticion"_s, u""_s}, {u"error"_s, QJsonValue::Null}})[u"bien"_s]
+            .toBool());
     QCOMPARE(copiar().codigo, 0);
     QCOMPARE(enLaCarpeta(), todo);
     // A folder that nobody can write to, and one that is a file.
@@ -244,9 +250,14 @@ void PruebaCarrete::copiarLoQueSePueda()
 void PruebaCarrete::copiarSinCable()
 {
     for (int i = 0; i < 6; ++i)
-        QVERIFY(escribirFichero(media + u"/DCIM/104APPLE/IMG_400%1.MOV"_s.arg(i), QByteArray(3'000'000, char('a' + i))));
+        QVERIFY(
+            escribirFichero(media + u"/DCIM/104APPLE/IMG_400%1.MOV"_s.arg(i), QByteArray(3'000'000, char('a' + i))));
     const auto todo = enElTelefono();
-    QVERIFY(telefono->orden({{u"orden"_s, u"cortar"_s}, {u"servicio"_s, u"com.apple.afc"_s}, {u"bytes"_s, 6'000'000}})[u"bien"_s].toBool());
+    QVERIFY(
+        telefono
+            ->orden(
+                {{u"orden"_s, u"cortar"_s}, {u"servicio"_s, u"com.apple.afc"_s}, {u"bytes"_s, 6'000'000}})[u"bien"_s]
+            .toBool());
     const auto cortada = copiar();
     QCOMPARE(cortada.codigo, 1);
     QVERIFY2(cortada.todo().contains(u"ha dejado de responder"), qPrintable(cortada.todo()));
@@ -273,13 +284,15 @@ void PruebaCarrete::copiarSinTelefono()
 
 void PruebaCarrete::copiarElegidas()
 {
-    const QStringList rutas{u"/DCIM/100APPLE/IMG_0003.JPG"_s, u"/DCIM/100APPLE/IMG_0003.MOV"_s, u"/DCIM/100APPLE/IMG_9999.JPG"_s};
+    const QStringList rutas{u"/DCIM/100APPLE/IMG_0003.JPG"_s, u"/DCIM/100APPLE/IMG_0003.MOV"_s,
+                            u"/DCIM/100APPLE/IMG_9999.JPG"_s};
     const auto hecho = motor({u"copiar-elegidas"_s, udid, lista(rutas), fotos});
     QCOMPARE(hecho[u"fin"_s][u"copiados"_s].toInt(), 2);
     QCOMPARE(hecho.fallos.size(), 1);
     QCOMPARE(enLaCarpeta().keys(), (QStringList{u"100APPLE/IMG_0003.JPG"_s, u"100APPLE/IMG_0003.MOV"_s}));
     for (const auto &mala : {u"/etc/passwd"_s, u"/DCIM/../x"_s, u"/PhotoData/Photos.sqlite"_s, u"DCIM/a.jpg"_s})
-        QVERIFY(motor({u"copiar-elegidas"_s, udid, lista({mala}), fotos}).todo().contains(u"no es una foto del carrete"));
+        QVERIFY(
+            motor({u"copiar-elegidas"_s, udid, lista({mala}), fotos}).todo().contains(u"no es una foto del carrete"));
 }
 
 void PruebaCarrete::liberarSoloPlanea()
@@ -344,7 +357,8 @@ void PruebaCarrete::liberarSoloConPrueba()
     if (caso == u"dañada")
         QVERIFY(escribirFichero(copia, QByteArray(bytes).replace(150'000, 1, "x")) && ponFecha(copia, 1'700'000'000));
     if (caso == u"otra")
-        QVERIFY(QFile::remove(notas) && escribirFichero(copia, QByteArray(200'000, 'o')) && ponFecha(copia, 1'700'000'000));
+        QVERIFY(QFile::remove(notas) && escribirFichero(copia, QByteArray(200'000, 'o')) &&
+                ponFecha(copia, 1'700'000'000));
     if (caso == u"cambiada")
         QVERIFY(escribirFichero(foto, QByteArray(200'000, 'F')) && ponFecha(foto, 1'700'000'999));
     if (caso == u"cortada")
@@ -367,7 +381,10 @@ void PruebaCarrete::liberarSinCable()
     QCOMPARE(copiar().codigo, 0);
     const auto todo = enElTelefono();
     QVERIFY(QFile::remove(fotos + u"/.vellora-huellas-"_s + udid)); // so that the phone's bytes have to be read
-    QVERIFY(telefono->orden({{u"orden"_s, u"cortar"_s}, {u"servicio"_s, u"com.apple.afc"_s}, {u"bytes"_s, 60'000}})[u"bien"_s].toBool());
+    QVERIFY(
+        telefono
+            ->orden({{u"orden"_s, u"cortar"_s}, {u"servicio"_s, u"com.apple.afc"_s}, {u"bytes"_s, 60'000}})[u"bien"_s]
+            .toBool());
     const auto cortada = liberar(true);
     QVERIFY2(cortada.codigo == 1 && cortada.todo().contains(u"ha dejado de responder"), qPrintable(cortada.todo()));
     const auto quedan = enElTelefono();
@@ -430,7 +447,9 @@ void PruebaCarrete::borrarLaBiblioteca()
     QVERIFY(fallar(u"Remove:"_s + terca, 10));
     const auto incompleta = motor({u"borrar-biblioteca-fotos"_s, udid}, true);
     QVERIFY(incompleta.codigo == 1 && incompleta[u"fin"_s][u"quedan_fotos"_s].toInt() == 1);
-    QVERIFY(telefono->orden({{u"orden"_s, u"fallar"_s}, {u"peticion"_s, u""_s}, {u"error"_s, QJsonValue::Null}})[u"bien"_s].toBool());
+    QVERIFY(
+        telefono->orden({{u"orden"_s, u"fallar"_s}, {u"peticion"_s, u""_s}, {u"error"_s, QJsonValue::Null}})[u"bien"_s]
+            .toBool());
     const auto hecho = motor({u"borrar-biblioteca-fotos"_s, udid}, true);
     QCOMPARE(hecho.codigo, 0);
     QCOMPARE(hecho[u"fin"_s][u"quedan_miniaturas"_s].toInt(), 0);

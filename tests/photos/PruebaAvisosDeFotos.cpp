@@ -52,7 +52,10 @@ private:
     {
         return QString::fromUtf8(leerFichero(QDir::homePath() + u"/recibido"_s)).split(u'\n', Qt::SkipEmptyParts);
     }
-    bool acaba() { return QTest::qWaitFor([this] { return !tarea.enMarcha(); }, 10'000); }
+    bool acaba()
+    {
+        return QTest::qWaitFor([this] { return !tarea.enMarcha(); }, 10'000);
+    }
 
     Diario diario;
     Tarea tarea{diario};
@@ -70,19 +73,18 @@ void PruebaAvisosDeFotos::copiar_data()
     QTest::addColumn<QString>("detalle");
     QTest::addColumn<QStringList>("registro");
     QTest::addColumn<qint64>("hechos");
-    QTest::newRow("whole") << QByteArrayList{R"({"tipo":"total","n":3})",
-                                             R"({"tipo":"fallo","fichero":"a.JPG","motivo":"no"})",
-                                             R"({"tipo":"progreso","hechos":3,"copiados":1,"saltados":1,"fichero":"b"})",
-                                             R"({"tipo":"fin","copiados":1,"saltados":1,"fallos":1})"}
-                           << 1 << u"1 archivos nuevos copiados, 1 ya los tenías"_s
-                           << QStringList{u"El carrete tiene 3 archivos."_s, u"No pude con a.JPG: no"_s,
-                                          u"Terminado: 1 nuevos, 1 repetidos, 1 con problemas."_s}
-                           << qint64(3);
+    QTest::newRow("whole")
+        << QByteArrayList{R"({"tipo":"total","n":3})", R"({"tipo":"fallo","fichero":"a.JPG","motivo":"no"})",
+                          R"({"tipo":"progreso","hechos":3,"copiados":1,"saltados":1,"fichero":"b"})",
+                          R"({"tipo":"fin","copiados":1,"saltados":1,"fallos":1})"}
+        << 1 << u"1 archivos nuevos copiados, 1 ya los tenías"_s
+        << QStringList{u"El carrete tiene 3 archivos."_s, u"No pude con a.JPG: no"_s,
+                       u"Terminado: 1 nuevos, 1 repetidos, 1 con problemas."_s}
+        << qint64(3);
     QTest::newRow("counts that are missing stay as they were")
         << QByteArrayList{R"({"tipo":"total"})", R"({"tipo":"progreso","hechos":2,"copiados":2,"saltados":7})",
                           R"({"tipo":"progreso","fichero":"%1 %2.JPG"})"}
-        << 0 << u"2 nuevos · 7 ya estaban · %1 %2.JPG"_s << QStringList{u"El carrete tiene 0 archivos."_s}
-        << qint64(0);
+        << 0 << u"2 nuevos · 7 ya estaban · %1 %2.JPG"_s << QStringList{u"El carrete tiene 0 archivos."_s} << qint64(0);
     QTest::newRow("empty failures and other notices")
         << QByteArrayList{R"({"tipo":"fallo"})", R"({"tipo":"otro","n":1})", R"({"tipo":"error","motivo":"M"})",
                           R"({"tipo":"fin"})", "una línea suelta"}
@@ -142,11 +144,13 @@ void PruebaAvisosDeFotos::liberar_data()
     const auto voy = u"Voy a borrar 7 archivos que ya están a salvo en el Mac."_s;
     const auto reinicia = u"REINICIA EL IPHONE: la app Fotos se reconstruirá con lo que queda."_s;
     const auto noPude = u"No pude tirar la lista de la app Fotos; puede que las sigas viendo."_s;
-    QTest::newRow("all told") << QByteArray(R"({"tipo":"plan","a_borrar":7,"se_quedan":2})")
-                              << QByteArray(R"({"tipo":"fin","borrados":7,"liberados":1500000000,"quedan_en_carrete":2,"lista_borrada":true})")
-                              << QStringList{voy, u"Dejo 2 archivos en el iPhone porque NO están copiados."_s,
-                                             u"Espacio recuperado: 1,5 GB."_s,
-                                             u"Quedan 2 fotos en el carrete (las que no estaban copiadas)."_s, reinicia};
+    QTest::newRow("all told")
+        << QByteArray(R"({"tipo":"plan","a_borrar":7,"se_quedan":2})")
+        << QByteArray(
+               R"({"tipo":"fin","borrados":7,"liberados":1500000000,"quedan_en_carrete":2,"lista_borrada":true})")
+        << QStringList{voy, u"Dejo 2 archivos en el iPhone porque NO están copiados."_s,
+                       u"Espacio recuperado: 1,5 GB."_s,
+                       u"Quedan 2 fotos en el carrete (las que no estaban copiadas)."_s, reinicia};
     QTest::newRow("none stays, the list not told of")
         << QByteArray(R"({"tipo":"plan","a_borrar":7,"se_quedan":0})") << QByteArray(R"({"tipo":"fin"})")
         << QStringList{voy, u"Espacio recuperado: 0 MB."_s,
@@ -176,15 +180,19 @@ void PruebaAvisosDeFotos::biblioteca_data()
     QTest::addColumn<QByteArray>("fin");
     QTest::addColumn<QString>("detalle");
     QTest::addColumn<QString>("resumen");
-    const auto otraVez = u".\n\nSuele ser porque el iPhone está usando esos archivos. Desbloquéalo, cierra la app Fotos y dale otra vez."_s;
-    QTest::newRow("complete") << QByteArray(R"({"tipo":"fin","borrados":12,"quedan_fotos":0,"quedan_miniaturas":0,"lista_borrada":true})")
-                              << u"Todo borrado · 12 archivos"_s
-                              << u"Listo: 12 archivos borrados. No queda ni una foto, ni una miniatura, ni la lista.\n\n👉 REINICIA EL IPHONE AHORA. Al arrancar, la app Fotos se reconstruye vacía.\n\nTus 9.273 fotos siguen a salvo en el Mac."_s;
-    QTest::newRow("a thumbnail stays") << QByteArray(R"({"tipo":"fin","borrados":12,"quedan_miniaturas":1,"lista_borrada":true})")
-                                       << u"Borrado incompleto"_s
-                                       << u"He borrado 12 archivos, pero quedan 0 fotos y 1 miniaturas"_s + otraVez;
-    QTest::newRow("the list stays") << QByteArray(R"({"tipo":"fin","borrados":12})") << u"Borrado incompleto"_s
-                                    << u"He borrado 12 archivos, pero quedan 0 fotos y 0 miniaturas, y la lista de la app Fotos sigue ahí"_s + otraVez;
+    const auto otraVez =
+        u".\n\nSuele ser porque el iPhone está usando esos archivos. Desbloquéalo, cierra la app Fotos y dale otra vez."_s;
+    QTest::newRow("complete")
+        << QByteArray(R"({"tipo":"fin","borrados":12,"quedan_fotos":0,"quedan_miniaturas":0,"lista_borrada":true})")
+        << u"Todo borrado · 12 archivos"_s
+        << u"Listo: 12 archivos borrados. No queda ni una foto, ni una miniatura, ni la lista.\n\n👉 REINICIA EL IPHONE AHORA. Al arrancar, la app Fotos se reconstruye vacía.\n\nTus 9.273 fotos siguen a salvo en el Mac."_s;
+    QTest::newRow("a thumbnail stays")
+        << QByteArray(R"({"tipo":"fin","borrados":12,"quedan_miniaturas":1,"lista_borrada":true})")
+        << u"Borrado incompleto"_s << u"He borrado 12 archivos, pero quedan 0 fotos y 1 miniaturas"_s + otraVez;
+    QTest::newRow("the list stays")
+        << QByteArray(R"({"tipo":"fin","borrados":12})") << u"Borrado incompleto"_s
+        << u"He borrado 12 archivos, pero quedan 0 fotos y 0 miniaturas, y la lista de la app Fotos sigue ahí"_s +
+               otraVez;
 }
 
 void PruebaAvisosDeFotos::biblioteca()
@@ -228,10 +236,12 @@ void PruebaAvisosDeFotos::elegidas_data()
     QTest::addColumn<QString>("resumen");
     const auto prueba = u".\n\nDesbloquea el iPhone, cierra la app Fotos y prueba otra vez."_s;
     const QByteArray bien = R"({"tipo":"fin","borrados":2,"siguen_ahi":0,"quedan_en_carrete":9,"lista_borrada":true})";
-    QTest::newRow("all gone") << QByteArrayList{bien} << u"Borrado · quedan 9 fotos"_s
-                              << u"Listo. He borrado lo que marcaste y he tirado la lista de la app Fotos.\n\n👉 REINICIA EL IPHONE. Al arrancar, la app Fotos se reconstruye con las 9 fotos que quedan; lo borrado no vuelve."_s;
+    QTest::newRow("all gone")
+        << QByteArrayList{bien} << u"Borrado · quedan 9 fotos"_s
+        << u"Listo. He borrado lo que marcaste y he tirado la lista de la app Fotos.\n\n👉 REINICIA EL IPHONE. Al arrancar, la app Fotos se reconstruye con las 9 fotos que quedan; lo borrado no vuelve."_s;
     QTest::newRow("an error on the way") << QByteArrayList{R"({"tipo":"error","motivo":"M"})", bien}
-                                         << u"Borrado incompleto"_s << u"He borrado 2 archivos, pero 0 siguen ahí"_s + prueba;
+                                         << u"Borrado incompleto"_s
+                                         << u"He borrado 2 archivos, pero 0 siguen ahí"_s + prueba;
     QTest::newRow("the list stays")
         << QByteArrayList{R"({"tipo":"fin","borrados":1,"siguen_ahi":1})"} << u"Borrado incompleto"_s
         << u"He borrado 1 archivos, pero 1 siguen ahí y no pude tirar la lista de la app Fotos"_s + prueba;
@@ -298,8 +308,9 @@ void PruebaAvisosDeFotos::recuperar()
 void PruebaAvisosDeFotos::lista()
 {
     // In two notices; the second has an item without a state, and one with nothing at all.
-    dira({R"({"tipo":"carrete","lista":[{"ruta":"/DCIM/a","bytes":5,"copiado":true,"estado":"oculta","elemento":"e"}]})",
-          R"({"tipo":"carrete","lista":[{"ruta":"/DCIM/b"},{}]})"});
+    dira(
+        {R"({"tipo":"carrete","lista":[{"ruta":"/DCIM/a","bytes":5,"copiado":true,"estado":"oculta","elemento":"e"}]})",
+         R"({"tipo":"carrete","lista":[{"ruta":"/DCIM/b"},{}]})"});
     QList<FotoDelCarrete> fotos;
     listarCarrete(tarea, u"U"_s, u"/fotos"_s, [&](const QList<FotoDelCarrete> &leidas) { fotos = leidas; });
     QVERIFY(acaba());

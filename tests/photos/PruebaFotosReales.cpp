@@ -241,7 +241,8 @@ void PruebaFotosReales::recuperarDeUnaCopiaCifrada()
     QVERIFY(Llavero::guardar(clave, telefono->udid()));
     programa->recuperarFotos();
     QVERIFY(acaba());
-    QVERIFY2(programa->modelo.tarea().terminadaBien() == true, qPrintable(programa->modelo.tarea().registro().join(u'\n')));
+    QVERIFY2(programa->modelo.tarea().terminadaBien() == true,
+             qPrintable(programa->modelo.tarea().registro().join(u'\n')));
     QCOMPARE(CopiaDePrueba::contenido(programa->modelo.carpetaBase() + u"/Fotos recuperadas"_s),
              CopiaDePrueba::contenido(casa.telefono() + u"/media/DCIM"_s));
     QCOMPARE(programa->modelo.carpetaFotosParaIA(), programa->modelo.carpetaBase() + u"/Fotos recuperadas"_s);
@@ -255,8 +256,9 @@ void PruebaFotosReales::miniaturas()
     azul.fill(Qt::blue);
     QVERIFY(azul.save(carrete + u"a.png"_s));
     QCOMPARE(QProcess::execute(u"heif-enc"_s, {carrete + u"a.png"_s, u"-o"_s, carrete + u"IMG_0500.HEIC"_s}), 0);
-    QCOMPARE(QProcess::execute(u"ffmpeg"_s, {u"-v"_s, u"error"_s, u"-f"_s, u"lavfi"_s, u"-i"_s, u"color=red:s=640x360:d=1"_s,
-                                             carrete + u"IMG_0501.MOV"_s}), 0);
+    QCOMPARE(QProcess::execute(u"ffmpeg"_s, {u"-v"_s, u"error"_s, u"-f"_s, u"lavfi"_s, u"-i"_s,
+                                             u"color=red:s=640x360:d=1"_s, carrete + u"IMG_0501.MOV"_s}),
+             0);
     QVERIFY(QFile::remove(carrete + u"a.png"_s));
     QVERIFY(escribirFichero(carrete + u"IMG_0502.JPG"_s, "esto no es una foto"));
     QImage verde(240, 180, QImage::Format_RGB32);

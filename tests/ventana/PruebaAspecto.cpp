@@ -117,7 +117,7 @@ void PruebaAspecto::atajos()
     QCOMPARE(Secciones::atajo(Secciones::Contactos), u"9"_s);
     QVERIFY(!Secciones::atajo(Secciones::Claves));
     QCOMPARE(Secciones::porAtajo(Qt::Key_4), int(Secciones::Copias));
-    QCOMPARE(Secciones::porAtajo(Qt::Key_2), -1); // still to come
+    QCOMPARE(Secciones::porAtajo(Qt::Key_3), -1); // still to come
     QCOMPARE(Secciones::porAtajo(Qt::Key_0), -1);
     QCOMPARE(Secciones::porAtajo(Qt::Key_A), -1);
 }

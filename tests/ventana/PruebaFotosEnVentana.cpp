@@ -125,7 +125,8 @@ void PruebaFotosEnVentana::liberar()
 {
     QVERIFY(pulsa(u"Espacio"_s));
     QVERIFY(pulsa(u"Liberar espacio"_s));
-    QVERIFY(seLee(u"No hay nada que borrar sin riesgo. Copia antes las fotos al Mac, o apunta la carpeta a donde ya las tengas guardadas."_s));
+    QVERIFY(seLee(
+        u"No hay nada que borrar sin riesgo. Copia antes las fotos al Mac, o apunta la carpeta a donde ya las tengas guardadas."_s));
     QCOMPARE(Manos::nombreDelFoco(*ventana), u"Vale"_s);
     tecla(Qt::Key_Escape);
     QVERIFY(acaba());
@@ -158,7 +159,8 @@ void PruebaFotosEnVentana::borrarTodas()
     QTRY_COMPARE(pie(), u"🔒 Bloqueado: primero pon tus fotos a salvo"_s);
     QVERIFY(seLee(u"No tienes copia de seguridad. Si borras cosas del iPhone ahora, no hay manera de recuperarlas."_s));
     QVERIFY(pulsa(u"BORRAR TODAS las fotos"_s));
-    QVERIFY(seLee(u"No te dejo borrar sin una copia. Podrías perder tus fotos para siempre.\n\nPrimero pon tus fotos a salvo: pulsa «Copiar fotos y vídeos» o «Hacer copia de seguridad». Cuando estén a salvo, se desbloquea el borrado."_s));
+    QVERIFY(seLee(
+        u"No te dejo borrar sin una copia. Podrías perder tus fotos para siempre.\n\nPrimero pon tus fotos a salvo: pulsa «Copiar fotos y vídeos» o «Hacer copia de seguridad». Cuando estén a salvo, se desbloquea el borrado."_s));
     QVERIFY(!programa->fotos.confirmandoBorrarTodas());
     QVERIFY(pulsa(u"Vale"_s));
     const auto copia = programa->modelo.carpetaCopias() + u'/' + telefono->udid();

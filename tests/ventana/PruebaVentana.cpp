@@ -142,10 +142,10 @@ void PruebaVentana::seccionesPorTeclado()
     tecla(Qt::Key_4, Qt::ControlModifier);
     QVERIFY(seLee(explicacion)); // it needs no phone
     QVERIFY(!seLee(sinIPhone));
-    tecla(Qt::Key_2, Qt::ControlModifier);
+    tecla(Qt::Key_3, Qt::ControlModifier);
     QVERIFY(seLee(explicacion)); // still to come: nothing moves
-    QVERIFY(seLee(u"Fotos, todavía no disponible"_s));
-    Manos::pulsar(*ventana, u"Fotos, todavía no disponible"_s);
+    QVERIFY(seLee(u"Buscar fotos, todavía no disponible"_s));
+    Manos::pulsar(*ventana, u"Buscar fotos, todavía no disponible"_s);
     QVERIFY(seLee(explicacion));
     tecla(Qt::Key_1, Qt::ControlModifier);
     QVERIFY(seLee(sinIPhone));
@@ -160,8 +160,11 @@ void PruebaVentana::tabuladorPorLaVentana()
 {
     modelo->marcarConocido(marta.id);
     abrir();
-    const QStringList comunes{u"Copias y datos"_s,
+    const QStringList comunes{u"Fotos"_s,
+                              u"Copias y datos"_s,
                               u"Buscar en todo"_s,
+                              u"Espacio"_s,
+                              u"Limpieza"_s,
                               u"Contactos"_s,
                               u"Contraseñas"_s,
                               u"Ajustes"_s,
@@ -176,10 +179,13 @@ void PruebaVentana::tabuladorPorLaVentana()
     conectar({marta});
     primera->forceActiveFocus();
     QCOMPARE(Manos::paradasDelTabulador(*ventana),
-             comunes + QStringList({u"Hacer la copia ahora"_s, u"Ver la copia por dentro"_s, u"Mirar la batería"_s,
-                                    u"Bloquear ahora"_s, u"Resumen"_s}));
+             comunes + QStringList({u"Copiar fotos y vídeos"_s, u"Hacer la copia ahora"_s, u"Liberar espacio"_s,
+                                    u"Ver la copia por dentro"_s, u"Mirar la batería"_s, u"Bloquear ahora"_s,
+                                    u"Resumen"_s}));
 
     primera->forceActiveFocus();
+    tecla(Qt::Key_Down);
+    QCOMPARE(Manos::nombreDelFoco(*ventana), u"Fotos"_s);
     tecla(Qt::Key_Down);
     QCOMPARE(Manos::nombreDelFoco(*ventana), tituloDeCopias);
     tecla(Qt::Key_Return);

@@ -48,8 +48,8 @@ int planear(const OpcionesDeOrden &opciones)
         if (opciones.json)
             return Consola::resultado(QJsonDocument(QJsonObject{
                 {u"archivos"_s, plan->archivos}, {u"sin_copiar"_s, plan->sinCopiar}, {u"bytes"_s, plan->bytes}}));
-        Consola::resultado(u"Se pueden borrar sin riesgo: %1 archivos (%2)"_s.arg(plan->archivos)
-                               .arg(Formato::tamano(plan->bytes)));
+        Consola::resultado(
+            u"Se pueden borrar sin riesgo: %1 archivos (%2)"_s.arg(plan->archivos).arg(Formato::tamano(plan->bytes)));
         Consola::resultado(u"Se quedan, porque no están copiados: %1 archivos"_s.arg(plan->sinCopiar));
     };
     return hacerSinVentana(opciones, {u"Qué se puede borrar de %1"_s, false, empezar, {}, decir}, siEstaAbierta);
@@ -57,8 +57,8 @@ int planear(const OpcionesDeOrden &opciones)
 
 QJsonObject enJson(const FotoDelCarrete &foto)
 {
-    return {{u"ruta"_s, foto.ruta},   {u"bytes"_s, foto.bytes},     {u"fecha"_s, foto.fecha},
-            {u"tipo"_s, foto.tipo},   {u"elemento"_s, foto.elemento}, {u"copiado"_s, foto.copiado},
+    return {{u"ruta"_s, foto.ruta},    {u"bytes"_s, foto.bytes},       {u"fecha"_s, foto.fecha},
+            {u"tipo"_s, foto.tipo},    {u"elemento"_s, foto.elemento}, {u"copiado"_s, foto.copiado},
             {u"estado"_s, foto.estado}};
 }
 

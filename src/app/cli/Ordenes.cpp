@@ -23,14 +23,13 @@ struct Orden {
     const char16_t *pide = nullptr; ///< the word after it that it needs, by its article and name
 };
 
-constexpr std::array ordenes{
-    Orden{"dispositivos", &ordenDispositivos},
-    Orden{"buscar", &ordenBuscar, false, false, u"la palabra que buscar"},
-    Orden{"copia", &ordenCopia, true},
-    Orden{"cifrar", &ordenCifrar, true},
-    Orden{"datos", &ordenDatos, true, true},
-    Orden{"fotos", &ordenFotos, true, true, u"qué hacer con las fotos: copiar, plan o listar"},
-    Orden{"diario", &ordenDiario}};
+constexpr std::array ordenes{Orden{"dispositivos", &ordenDispositivos},
+                             Orden{"buscar", &ordenBuscar, false, false, u"la palabra que buscar"},
+                             Orden{"copia", &ordenCopia, true},
+                             Orden{"cifrar", &ordenCifrar, true},
+                             Orden{"datos", &ordenDatos, true, true},
+                             Orden{"fotos", &ordenFotos, true, true, u"qué hacer con las fotos: copiar, plan o listar"},
+                             Orden{"diario", &ordenDiario}};
 
 const Orden *buscar(const QString &nombre)
 {

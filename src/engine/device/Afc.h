@@ -37,10 +37,10 @@ public:
     Resultado<QStringList> listar(const QString &carpeta);
     Resultado<FichaAfc> ficha(const QString &ruta);
     using Recibe = std::function<bool(QByteArrayView)>;
-    /// Gives the file in pieces of at most 256 KiB until the end that it had at the beginning, or until `recibe` answers
-    /// false. The bytes given. What was given is the file only when this succeeds: libimobiledevice 1.3.0 takes a cable
-    /// pulled out inside an answer for the answer, so that the phone is asked once more at the end; and a file that
-    /// was written to meanwhile fails.
+    /// Gives the file in pieces of at most 256 KiB until the end that it had at the beginning, or until `recibe`
+    /// answers false. The bytes given. What was given is the file only when this succeeds: libimobiledevice 1.3.0 takes
+    /// a cable pulled out inside an answer for the answer, so that the phone is asked once more at the end; and a file
+    /// that was written to meanwhile fails.
     Resultado<qint64> leer(const QString &ruta, const Recibe &recibe);
     /// The same of a file whose facts are at hand: it fails too when they no longer hold.
     Resultado<qint64> leer(const QString &ruta, const FichaAfc &como, const Recibe &recibe);

@@ -58,8 +58,7 @@ bool estaEscondido(const QString &nombre)
 class Recorrido
 {
 public:
-    Recorrido(Conexiones &lasConexiones, QStringList &losProblemas)
-        : conexiones(lasConexiones), problemas(losProblemas)
+    Recorrido(Conexiones &lasConexiones, QStringList &losProblemas) : conexiones(lasConexiones), problemas(losProblemas)
     {
     }
 
@@ -178,8 +177,9 @@ std::optional<QByteArray> sitioLocal(const QString &ruta)
 Resultado<Carrete> leerCarrete(Conexiones &conexiones)
 {
     Carrete carrete;
-    auto hallados = recorrer(conexiones, {QString::fromLatin1(carpetaDelCarrete), QString::fromLatin1(carpetaDeRetoques)},
-                             carrete.problemas);
+    auto hallados =
+        recorrer(conexiones, {QString::fromLatin1(carpetaDelCarrete), QString::fromLatin1(carpetaDeRetoques)},
+                 carrete.problemas);
     if (!hallados)
         return Resultado<Carrete>::fallo(hallados.motivo());
     carrete.ficheros.reserve(hallados->size());

@@ -29,8 +29,10 @@ constexpr qint64 bytesDelLote = 256LL * 1024 * 1024;
 constexpr qint64 ficheroLargo = 64LL * 1024 * 1024;
 constexpr int mismosNombres = 1000;
 
-const auto sinSitio = u"No cabe en el disco del Mac. Libera espacio y vuelve a intentarlo: lo que ya está copiado no se repite."_s;
-const auto noSeEscribe = u"No puedo escribir en la carpeta de las fotos. Mira que el disco siga conectado y que tenga sitio."_s;
+const auto sinSitio =
+    u"No cabe en el disco del Mac. Libera espacio y vuelve a intentarlo: lo que ya está copiado no se repite."_s;
+const auto noSeEscribe =
+    u"No puedo escribir en la carpeta de las fotos. Mira que el disco siga conectado y que tenga sitio."_s;
 
 QString motivoDeEscritura(int error)
 {
@@ -64,8 +66,7 @@ Parecido comparar(int suyo, int entero)
     for (off_t donde = 0;;) {
         const auto leidos = pread(suyo, unos->data(), bloque, donde);
         const auto debidos = pread(entero, otros->data(), bloque, donde);
-        if (leidos < 0 || debidos < leidos ||
-            !std::equal(unos->begin(), unos->begin() + leidos, otros->begin()))
+        if (leidos < 0 || debidos < leidos || !std::equal(unos->begin(), unos->begin() + leidos, otros->begin()))
             return Parecido::Otro;
         if (leidos == 0)
             return debidos == 0 ? Parecido::Igual : Parecido::Principio;

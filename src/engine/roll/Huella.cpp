@@ -9,8 +9,7 @@ namespace vellora::motor
 {
 
 Huella::Huella()
-    : contexto(EVP_MD_CTX_new())
-    , bien(contexto && EVP_DigestInit_ex(contexto.get(), EVP_sha256(), nullptr) == 1)
+    : contexto(EVP_MD_CTX_new()), bien(contexto && EVP_DigestInit_ex(contexto.get(), EVP_sha256(), nullptr) == 1)
 {
 }
 
@@ -23,8 +22,7 @@ QByteArray Huella::sacar()
 {
     QByteArray suma(largo, Qt::Uninitialized);
     unsigned int sacados = 0;
-    bien = bien &&
-           EVP_DigestFinal_ex(contexto.get(), reinterpret_cast<unsigned char *>(suma.data()), &sacados) == 1 &&
+    bien = bien && EVP_DigestFinal_ex(contexto.get(), reinterpret_cast<unsigned char *>(suma.data()), &sacados) == 1 &&
            sacados == largo;
     return bien ? suma : QByteArray();
 }

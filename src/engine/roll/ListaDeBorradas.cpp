@@ -16,8 +16,8 @@ namespace vellora::motor
 Resultado<ListaDeBorradas> ListaDeBorradas::abrir(const QString &carpeta)
 {
     const auto nombre = QFile::encodeName(carpeta + u"/Borradas del iPhone.txt"_s);
-    Descriptor fichero(open(nombre.constData(), O_WRONLY | O_CREAT | O_APPEND | O_NOFOLLOW | O_CLOEXEC,
-                            S_IRUSR | S_IWUSR));
+    Descriptor fichero(
+        open(nombre.constData(), O_WRONLY | O_CREAT | O_APPEND | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR));
     if (!fichero)
         return Resultado<ListaDeBorradas>::fallo(
             u"No puedo escribir en la carpeta de las fotos, así que no borro nada del iPhone."_s);

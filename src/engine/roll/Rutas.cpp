@@ -7,8 +7,7 @@ using namespace Qt::StringLiterals;
 namespace vellora::motor
 {
 
-int conElTelefono(const QString &udid, Avisos &avisar, const std::function<int(Conexiones &)> &hacer,
-                  size_t conexiones)
+int conElTelefono(const QString &udid, Avisos &avisar, const std::function<int(Conexiones &)> &hacer, size_t conexiones)
 {
     const auto telefono = Telefono::buscar(udid);
     if (!telefono)

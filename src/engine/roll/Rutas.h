@@ -17,7 +17,7 @@ int conElTelefono(const QString &udid, Avisos &avisar, const std::function<int(C
 Resultado<QStringList> leerRutas(const QString &fichero);
 
 struct RutasBuscadas {
-    std::vector<FicheroDelCarrete> ficheros;          ///< in the order asked for
+    std::vector<FicheroDelCarrete> ficheros;           ///< in the order asked for
     std::vector<std::pair<QString, QString>> perdidos; ///< a path and why it is not among them
 };
 /// What the phone says today of those paths.

@@ -1,5 +1,4 @@
 import QtQuick
-import Vellora.Componentes
 
 /// Large buttons side by side, all as tall as the tallest. Each takes `anchoDeCelda` and `altoDeCelda`.
 Grid {

@@ -27,6 +27,16 @@ Item {
         partes.push(raiz.copiado ? "copiada en el Mac" : "sin copiar");
         return partes.join(", ");
     }
+    readonly property list<string> senales: {
+        const lista = [];
+        if (raiz.video || raiz.vivo)
+            lista.push(raiz.video ? "play.fill" : "livephoto");
+        if (raiz.retocada)
+            lista.push("wand.and.stars");
+        if (raiz.estado !== "visible")
+            lista.push(raiz.estado === "oculta" ? "eye.slash" : "trash");
+        return lista;
+    }
 
     signal pulsada
     signal abierta
@@ -63,7 +73,9 @@ Item {
             anchors.fill: parent
             asynchronous: true
             source: raiz.miniatura
-            sourceSize: Qt.size(Math.ceil(cuadro.width / 40) * 40, Math.ceil(cuadro.width / 40) * 40)
+            // By steps, so that dragging the size does not make every picture anew at each point.
+            sourceSize.width: Math.ceil(cuadro.width / 40) * 40
+            sourceSize.height: sourceSize.width
             opacity: raiz.estado === "visible" ? 1 : 0.55
         }
 
@@ -93,7 +105,7 @@ Item {
             spacing: 4
 
             Repeater {
-                model: [raiz.video ? "play.fill" : "", raiz.vivo ? "livephoto" : "", raiz.retocada ? "wand.and.stars" : "", raiz.estado === "oculta" ? "eye.slash" : "", raiz.estado === "papelera" ? "trash" : ""].filter(uno => uno !== "")
+                model: raiz.senales
 
                 Rectangle {
                     required property string modelData

@@ -1,6 +1,5 @@
 import QtQuick
 import Vellora.Componentes
-import Vellora.Fotos
 import Vellora.Sesion
 
 /// Emptying the phone, and getting photos back out of a backup.

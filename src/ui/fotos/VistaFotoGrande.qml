@@ -43,7 +43,8 @@ FocusScope {
         asynchronous: true
         fillMode: Image.PreserveAspectFit
         source: raiz.seleccion.imagenGrande(raiz.fila)
-        sourceSize: Qt.size(1600, 1600)
+        sourceSize.width: 1600
+        sourceSize.height: 1600
         Accessible.role: Accessible.Graphic
         Accessible.name: letrero.text
     }

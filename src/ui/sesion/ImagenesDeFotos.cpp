@@ -43,8 +43,8 @@ QImage ImagenesDeFotos::requestImage(const QString &id, QSize *tamano, const QSi
 {
     const auto fichero = QUrl::fromPercentEncoding(id.section(u'/', 1).toUtf8());
     const auto lado = pedido.isValid() && !pedido.isEmpty() ? std::max(pedido.width(), pedido.height()) : ladoDeSobra;
-    auto imagen = id.startsWith("celda/"_L1) ? enCelda(imagenReducida(fichero, 2 * lado), lado)
-                                             : imagenReducida(fichero, lado);
+    auto imagen =
+        id.startsWith("celda/"_L1) ? enCelda(imagenReducida(fichero, 2 * lado), lado) : imagenReducida(fichero, lado);
     if (tamano != nullptr)
         *tamano = imagen.size();
     return imagen;

@@ -81,18 +81,16 @@ void Programa::resolverDevolver(bool aceptada)
     pidiendoDevolver_ = false;
     emit pidiendoDevolverCambio();
     if (aceptada)
-        trasConfirmar(Cerradura::DevolverCopia, [this](const QString &udid) {
-            restaurarCopia(modelo.tarea(), udid, modelo.carpetaCopias());
-        });
+        trasConfirmar(Cerradura::DevolverCopia,
+                      [this](const QString &udid) { restaurarCopia(modelo.tarea(), udid, modelo.carpetaCopias()); });
 }
 
 void Programa::resolverLiberar(bool aceptada)
 {
     fotos.dejarDePreguntarPorLiberar();
     if (aceptada)
-        trasConfirmar(Cerradura::BorrarCopiadas, [this](const QString &udid) {
-            liberarEspacio(modelo.tarea(), udid, modelo.carpetaFotos());
-        });
+        trasConfirmar(Cerradura::BorrarCopiadas,
+                      [this](const QString &udid) { liberarEspacio(modelo.tarea(), udid, modelo.carpetaFotos()); });
 }
 
 void Programa::pedirBorrarTodas()

@@ -16,8 +16,9 @@
 
 #include <QObject>
 #include <QVariantList>
-#include <functional>
 #include <qqmlregistration.h>
+
+#include <functional>
 
 namespace vellora
 {

@@ -48,7 +48,15 @@ FocusScope {
         secciones: secciones
         hayHerramientas: raiz.falta.length === 0
         onSale: raiz.sale()
-        onHayCapaChanged: if (!estado.hayCapa) Qt.callLater(raiz.devuelveElTeclado)
+        onHayCapaChanged: trasLaCapa.restart()
+    }
+
+    // Once what lay over the window has gone, or has found its place.
+    Timer {
+        id: trasLaCapa
+
+        interval: 0
+        onTriggered: raiz.devuelveElTeclado()
     }
 
     Keys.onPressed: tecla => {
