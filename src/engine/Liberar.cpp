@@ -178,6 +178,9 @@ int borrar(const PlanDeLiberar &plan, Conexiones &conexiones, Copiadas &copiadas
     auto carpeta = CarpetaDeDestino::abrir(destino);
     if (!carpeta)
         return avisar.error(carpeta.motivo());
+    // Names of files that were copied or moved a moment ago may not be on the disk yet.
+    if (!carpeta->asentar())
+        return avisar.error(u"El disco de las fotos no responde bien. No borro nada."_s);
     auto lista = ListaDeBorradas::abrir(destino);
     if (!lista)
         return avisar.error(lista.motivo());

@@ -23,7 +23,7 @@ namespace
 // Decoding keeps a core busy.
 constexpr size_t hilos = 2;
 // One that is longer is not brought over for a look; the cell stands for it.
-constexpr qint64 loMasLargo = 300LL * 1000 * 1000;
+constexpr qint64 loMasLargo = 80LL * 1000 * 1000;
 constexpr qint64 maximoDeLaDelTelefono = 4LL * 1000 * 1000;
 // What the phone made for its smallest grids is a blur in ours.
 constexpr int minimoDeLaDelTelefono = 160;

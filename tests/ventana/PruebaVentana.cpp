@@ -160,18 +160,12 @@ void PruebaVentana::tabuladorPorLaVentana()
 {
     modelo->marcarConocido(marta.id);
     abrir();
-    const QStringList comunes{u"Fotos"_s,
-                              u"Copias y datos"_s,
-                              u"Buscar en todo"_s,
-                              u"Espacio"_s,
-                              u"Limpieza"_s,
-                              u"Contactos"_s,
-                              u"Contraseñas"_s,
-                              u"Ajustes"_s,
-                              u"Ayuda y legal"_s,
-                              u"Buscar el iPhone otra vez"_s,
-                              u"Acciones"_s,
-                              u"Avisos. 0 en marcha, 0 con problemas"_s};
+    const QStringList comunes{u"Fotos"_s,          u"Copias y datos"_s,
+                              u"Buscar en todo"_s, u"Espacio"_s,
+                              u"Limpieza"_s,       u"Contactos"_s,
+                              u"Contraseñas"_s,    u"Ajustes"_s,
+                              u"Ayuda y legal"_s,  u"Buscar el iPhone otra vez"_s,
+                              u"Acciones"_s,       u"Avisos. 0 en marcha, 0 con problemas"_s};
     // The list comes first, then the header, then the content; what is still to come is passed over.
     auto *primera = Manos::control(*ventana, u"Resumen"_s);
     primera->forceActiveFocus();
@@ -179,9 +173,9 @@ void PruebaVentana::tabuladorPorLaVentana()
     conectar({marta});
     primera->forceActiveFocus();
     QCOMPARE(Manos::paradasDelTabulador(*ventana),
-             comunes + QStringList({u"Copiar fotos y vídeos"_s, u"Hacer la copia ahora"_s, u"Liberar espacio"_s,
-                                    u"Ver la copia por dentro"_s, u"Mirar la batería"_s, u"Bloquear ahora"_s,
-                                    u"Resumen"_s}));
+             comunes +
+                 QStringList({u"Copiar fotos y vídeos"_s, u"Hacer la copia ahora"_s, u"Liberar espacio"_s,
+                              u"Ver la copia por dentro"_s, u"Mirar la batería"_s, u"Bloquear ahora"_s, u"Resumen"_s}));
 
     primera->forceActiveFocus();
     tecla(Qt::Key_Down);

@@ -170,6 +170,9 @@ public:
                 colocarLote();
         }
         colocarLote();
+        // The names too: the phone may be freed right after.
+        if (conNombreNuevo)
+            carpeta.asentar();
     }
 
 private:
@@ -242,6 +245,7 @@ private:
         }
         lote.clear();
         bytesEnElLote = 0;
+        conNombreNuevo = true;
     }
 
     void colocar(const Traido &traido)
@@ -296,6 +300,7 @@ private:
     int primerNumero;
     std::vector<Traido> lote;
     qint64 bytesEnElLote = 0;
+    bool conNombreNuevo = false;
 };
 
 } // namespace

@@ -50,6 +50,9 @@ Item {
     Item {
         id: cuadro
 
+        // By steps, so that dragging the size does not make every picture anew at each point.
+        readonly property int puntos: Math.ceil(cuadro.width / 40) * 40
+
         width: raiz.width - raiz.hueco
         height: raiz.height - raiz.hueco
 
@@ -73,9 +76,8 @@ Item {
             anchors.fill: parent
             asynchronous: true
             source: raiz.miniatura
-            // By steps, so that dragging the size does not make every picture anew at each point.
-            sourceSize.width: Math.ceil(cuadro.width / 40) * 40
-            sourceSize.height: sourceSize.width
+            sourceSize.width: cuadro.puntos
+            sourceSize.height: cuadro.puntos
             opacity: raiz.estado === "visible" ? 1 : 0.55
         }
 
