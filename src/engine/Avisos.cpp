@@ -54,6 +54,7 @@ bool Avisos::avisar(const QString &tipo, QJsonObject datos)
 
 void Avisos::total(qint64 unidades)
 {
+    deTotal = unidades;
     avisar(u"total"_s, {{u"n"_s, unidades}});
 }
 
@@ -61,7 +62,7 @@ void Avisos::progreso(qint64 hechos, const QJsonObject &mas)
 {
     using namespace std::chrono;
     const auto ahora = duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
-    if (ahora - ultimoProgreso < entreDosProgresos)
+    if (ahora - ultimoProgreso < entreDosProgresos && (hechos < deTotal || deTotal == 0))
         return;
     ultimoProgreso = ahora;
     auto datos = mas;

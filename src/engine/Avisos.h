@@ -23,7 +23,8 @@ public:
     bool avisar(const QString &tipo, QJsonObject datos = {});
     /// The number of units to come.
     void total(qint64 unidades);
-    /// At most ten a second, so that many small units do not drown the reader; `hechos` counts from 0 to the total.
+    /// At most ten a second, so that many small units do not drown the reader, and the last one in any case; `hechos`
+    /// counts from 0 to the total.
     void progreso(qint64 hechos, const QJsonObject &mas = {});
     /// Gives the exit status of the command.
     int error(const QString &motivo);
@@ -34,6 +35,7 @@ private:
     void escribir(const QByteArray &renglon);
 
     int descriptor;
+    qint64 deTotal = 0;
     qint64 ultimoProgreso = 0; ///< milliseconds of the steady clock
 };
 

@@ -197,6 +197,7 @@ int borrar(const PlanDeLiberar &plan, Conexiones &conexiones, Copiadas &copiadas
         }
         avisar.progreso(liberador.borrados, {{u"bytes"_s, liberador.liberados}});
     }
+    avisar.avisar(u"progreso"_s, {{u"hechos"_s, liberador.borrados}, {u"bytes"_s, liberador.liberados}});
     // Once some have gone, the app's list tells of photos that are no more, also when the owner stops here.
     const bool listaBorrada = liberador.borrados > 0 && !afc.perdido() && borrarBaseDeFotos(afc);
     if (Interrupcion::pedida())

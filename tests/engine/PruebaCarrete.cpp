@@ -144,6 +144,7 @@ void PruebaCarrete::copiarSoloLoQueFalta()
     QCOMPARE(primera.codigo, 0);
     QCOMPARE(primera[u"total"_s][u"n"_s].toInt(), todo.size());
     QCOMPARE(primera[u"fin"_s][u"copiados"_s].toInt(), todo.size());
+    QCOMPARE(primera[u"progreso"_s][u"hechos"_s].toInt(), todo.size()); // the last one is always told
     QCOMPARE(enLaCarpeta(), todo);
     struct stat suyo = {};
     struct stat nuestro = {};
@@ -319,6 +320,7 @@ void PruebaCarrete::liberarLoCopiado()
     const auto hecho = liberar(true);
     QCOMPARE(hecho.codigo, 0);
     QCOMPARE(hecho[u"fin"_s][u"borrados"_s].toInt(), todo.size());
+    QCOMPARE(hecho[u"progreso"_s][u"hechos"_s].toInt(), todo.size());
     QCOMPARE(hecho[u"fin"_s][u"quedan_en_carrete"_s].toInt(), 1);
     QVERIFY(hecho[u"fin"_s][u"lista_borrada"_s].toBool());
     QCOMPARE(enElTelefono().keys(), QStringList{u"105APPLE/IMG_5001.JPG"_s});

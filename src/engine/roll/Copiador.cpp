@@ -318,6 +318,8 @@ std::optional<QString> Copiador::copiar(const std::vector<FicheroDelCarrete> &fi
         Porteador(comun, copiadas, *carpeta, afc, numero).trabajar();
     });
     cuenta = comun.cuenta;
+    if (!comun.motivo && !ficheros.empty())
+        avance(cuenta, QString::fromUtf8(ficheros.back().relativa));
     return comun.motivo;
 }
 

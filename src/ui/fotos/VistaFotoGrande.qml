@@ -39,7 +39,7 @@ FocusScope {
 
         anchors.fill: parent
         anchors.margins: 24
-        anchors.bottomMargin: 64
+        anchors.bottomMargin: 72
         asynchronous: true
         fillMode: Image.PreserveAspectFit
         source: raiz.seleccion.imagenGrande(raiz.fila)
@@ -62,9 +62,11 @@ FocusScope {
 
         anchors.horizontalCenter: parent.horizontalCenter
         anchors.bottom: parent.bottom
-        anchors.bottomMargin: 22
-        width: parent.width - 160
+        anchors.bottomMargin: 16
+        width: parent.width - 120
         horizontalAlignment: Text.AlignHCenter
+        wrapMode: Text.Wrap
+        maximumLineCount: 2
         elide: Text.ElideRight
         color: "#FFFFFF"
         text: raiz.seleccion.descripcion(raiz.fila)
