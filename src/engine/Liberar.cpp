@@ -69,6 +69,19 @@ PlanDeLiberar planear(const Carrete &carrete, const Copiadas &copiadas)
     return plan;
 }
 
+struct CuentaDeLiberar {
+    qint64 borrados = 0;
+    qint64 liberados = 0; ///< bytes
+};
+
+void contarElFin(const CuentaDeLiberar &cuenta, qint64 quedan, bool listaBorrada, Avisos &avisar)
+{
+    avisar.avisar(u"fin"_s, {{u"borrados"_s, cuenta.borrados},
+                             {u"liberados"_s, cuenta.liberados},
+                             {u"quedan_en_carrete"_s, quedan},
+                             {u"lista_borrada"_s, listaBorrada}});
+}
+
 /// Proves copies and takes their photos off the phone.
 class Liberador
 {
@@ -78,8 +91,7 @@ public:
     {
     }
 
-    qint64 borrados = 0;
-    qint64 liberados = 0;
+    CuentaDeLiberar cuenta;
 
     /// Why a file of the photo has no proven copy, or could not be deleted; absent when the whole photo has gone.
     std::optional<QString> liberar(const Elemento &elemento)
@@ -98,8 +110,8 @@ public:
                 continue; // deleted on the phone meanwhile
             if (motivo)
                 return motivo;
-            ++borrados;
-            liberados += fichero.ficha.tamano;
+            ++cuenta.borrados;
+            cuenta.liberados += fichero.ficha.tamano;
             if (!lista.apuntar(fichero, elemento.copias[i], huellas[i]))
                 return u"No puedo apuntar lo que borro en la carpeta de las fotos."_s;
         }
@@ -195,22 +207,19 @@ int borrar(const PlanDeLiberar &plan, Conexiones &conexiones, Copiadas &copiadas
             avisar.linea(
                 u"Dejo en el iPhone %1: %2."_s.arg(QString::fromUtf8(elemento.ficheros.front()->relativa), *motivo));
         }
-        avisar.progreso(liberador.borrados, {{u"bytes"_s, liberador.liberados}});
+        avisar.progreso(liberador.cuenta.borrados, {{u"bytes"_s, liberador.cuenta.liberados}});
     }
-    avisar.avisar(u"progreso"_s, {{u"hechos"_s, liberador.borrados}, {u"bytes"_s, liberador.liberados}});
+    avisar.avisar(u"progreso"_s, {{u"hechos"_s, liberador.cuenta.borrados}, {u"bytes"_s, liberador.cuenta.liberados}});
     // Once some have gone, the app's list tells of photos that are no more, also when the owner stops here.
-    const bool listaBorrada = liberador.borrados > 0 && !afc.perdido() && borrarBaseDeFotos(afc);
+    const bool listaBorrada = liberador.cuenta.borrados > 0 && !afc.perdido() && borrarBaseDeFotos(afc);
     if (Interrupcion::pedida())
         return Interrupcion::estado;
     const auto quedan = afc.perdido() ? std::nullopt : quedanEnElCarrete(conexiones);
     if (!quedan)
         return avisar.error(
             u"El iPhone ha dejado de responder cuando iban %1 archivos borrados. Lo borrado está a "
-            "salvo en la carpeta de las fotos. Mira el cable y vuelve a intentarlo."_s.arg(liberador.borrados));
-    avisar.avisar(u"fin"_s, {{u"borrados"_s, liberador.borrados},
-                             {u"liberados"_s, liberador.liberados},
-                             {u"quedan_en_carrete"_s, *quedan},
-                             {u"lista_borrada"_s, listaBorrada}});
+            "salvo en la carpeta de las fotos. Mira el cable y vuelve a intentarlo."_s.arg(liberador.cuenta.borrados));
+    contarElFin(liberador.cuenta, *quedan, listaBorrada, avisar);
     return fallos == 0 ? 0 : 1;
 }
 
@@ -228,7 +237,11 @@ int liberar(const QStringList &argumentos, Avisos &avisar)
         const auto plan = planear(*carrete, copiadas);
         avisar.avisar(u"plan"_s,
                       {{u"a_borrar"_s, plan.ficheros}, {u"se_quedan"_s, plan.seQuedan}, {u"bytes"_s, plan.bytes}});
-        return confirmado() ? borrar(plan, conexiones, copiadas, argumentos[1], avisar) : 0;
+        if (confirmado() && !plan.elementos.empty())
+            return borrar(plan, conexiones, copiadas, argumentos[1], avisar);
+        if (confirmado())
+            contarElFin({}, contarElementos(*carrete), false, avisar);
+        return 0;
     });
 }
 

@@ -1,5 +1,6 @@
 #include "photos/ElegidasDelCarrete.h"
 
+#include "core/Formato.h"
 #include "core/Tarea.h"
 
 #include <QDir>
@@ -93,6 +94,20 @@ QString apuntarRutas(const QStringList &rutas, const QString &nombre)
     for (const auto &ruta : rutas)
         lista.write(ruta.toUtf8() + '\n');
     return lista.commit() ? lista.fileName() : QString();
+}
+
+QString preguntaDeBorrarElegidas(qint64 cuantos, qint64 peso, qint64 sinCopiar)
+{
+    auto texto = cuantos == 1 ? u"Se borrará 1 foto del iPhone y recuperarás %1."_s.arg(Formato::tamano(peso))
+                              : u"Se borrarán %1 fotos del iPhone y recuperarás %2."_s.arg(Formato::entero(cuantos),
+                                                                                           Formato::tamano(peso));
+    if (sinCopiar > 0)
+        texto += (sinCopiar == 1 ? u"\n\n⚠️ 1 NO está copiada en el Mac: se pierde para siempre."_s
+                                 : u"\n\n⚠️ %1 NO están copiadas en el Mac: se pierden para siempre."_s.arg(
+                                       Formato::entero(sinCopiar)));
+    return texto +
+           u"\n\nTambién se tira la lista de la app Fotos, que se rehace sola: al terminar hay que reiniciar el "
+           "iPhone."_s;
 }
 
 void listarCarrete(Tarea &tarea, const QString &udid, const QString &carpetaLocal,

@@ -12,6 +12,8 @@ namespace vellora
 void listarCarrete(Tarea &tarea, const QString &udid, const QString &carpetaLocal,
                    const std::function<void(const QList<FotoDelCarrete> &)> &resultado);
 void copiarElegidas(Tarea &tarea, const QString &udid, const QStringList &rutas, const QString &destino);
+/// What the owner is asked before: so many photos of so many bytes, some of them not copied.
+QString preguntaDeBorrarElegidas(qint64 cuantos, qint64 peso, qint64 sinCopiar);
 /// With the list of the Photos app, which is made anew when the phone starts.
 void borrarElegidasDeVerdad(Tarea &tarea, const QString &udid, const QStringList &rutas, const Resumen &resumen);
 /// The files alone. No control calls it.

@@ -1,5 +1,8 @@
 #include "photos/FotoDelCarrete.h"
 
+#include "core/Formato.h"
+
+#include <QDateTime>
 #include <QHash>
 
 #include <numeric>
@@ -67,6 +70,25 @@ QStringList ElementoGaleria::rutas() const
     for (const auto &uno : ficheros)
         lista << uno.ruta;
     return lista;
+}
+
+QString ElementoGaleria::descripcion() const
+{
+    const auto dia =
+        Formato::espanol().toString(QDateTime::fromSecsSinceEpoch(principal.fecha).date(), u"d 'de' MMMM 'de' yyyy"_s);
+    QStringList partes{principal.nombre, Formato::tamano(bytes()), dia};
+    if (esVideo())
+        partes << u"vídeo"_s;
+    if (esVivo())
+        partes << u"foto en vivo"_s;
+    if (retocada())
+        partes << u"retocada"_s;
+    if (oculta())
+        partes << u"oculta en el iPhone"_s;
+    if (enPapelera())
+        partes << u"en la papelera del iPhone"_s;
+    partes << (copiado() ? u"copiada en el Mac"_s : u"sin copiar: se ve en pequeño hasta que la copies"_s);
+    return partes.join(u" · "_s);
 }
 
 QList<ElementoGaleria> agrupar(const QList<FotoDelCarrete> &fotos)

@@ -46,6 +46,8 @@ struct ElementoGaleria {
     bool oculta() const { return principal.estado == u"oculta"; }
     qint64 bytes() const;
     QStringList rutas() const;
+    /// Name, size, day and what it is, in words.
+    QString descripcion() const;
 };
 
 /// Puts the files of each photo together, in the order of their first ones. Any thread.

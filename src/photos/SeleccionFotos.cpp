@@ -3,14 +3,12 @@
 #include "core/Formato.h"
 #include "core/SegundoPlano.h"
 #include "photos/ElegidasDelCarrete.h"
+#include "photos/VistaDelCarrete.h"
 #include "session/Modelo.h"
 
-#include <QDateTime>
 #include <QFileInfo>
 #include <QUrl>
 
-#include <algorithm>
-#include <tuple>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -20,25 +18,6 @@ namespace vellora
 
 namespace
 {
-
-bool pasa(const ElementoGaleria &uno, const QString &filtro)
-{
-    if (filtro == "fotos"_L1)
-        return !uno.esVideo() && !uno.enPapelera();
-    if (filtro == "videos"_L1)
-        return uno.esVideo();
-    if (filtro == "vivas"_L1)
-        return uno.esVivo();
-    if (filtro == "retocadas"_L1)
-        return uno.retocada();
-    if (filtro == "copiadas"_L1)
-        return uno.copiado();
-    if (filtro == "sincopiar"_L1)
-        return !uno.copiado();
-    if (filtro == "papelera"_L1)
-        return uno.enPapelera();
-    return true;
-}
 
 /// What the window draws a file of this computer from.
 QUrl imagenDe(const QString &como, const QString &fichero)
@@ -96,6 +75,7 @@ void SeleccionFotos::acabada(bool bien)
     if (bien || !cargando_)
         return; // the list is on its way
     cargando_ = false;
+    noSeLee_ = true;
     emit cambio();
 }
 
@@ -105,6 +85,7 @@ void SeleccionFotos::leer()
     if (!elegido)
         return;
     cargando_ = true;
+    noSeLee_ = false;
     emit cambio();
     porLeer = modelo.tarea().enMarcha();
     if (porLeer)
@@ -149,35 +130,11 @@ void SeleccionFotos::ponBusqueda(const QString &texto)
     reordenar();
 }
 
-QList<int> SeleccionFotos::elegir(const Elementos &elementos, const Vista &vista)
-{
-    QList<int> elegidos;
-    const auto buscado = vista.busqueda.trimmed();
-    for (int i = 0; i < elementos.size(); ++i) {
-        if (pasa(elementos[i], vista.filtro) &&
-            (buscado.isEmpty() || elementos[i].principal.nombre.contains(buscado, Qt::CaseInsensitive)))
-            elegidos << i;
-    }
-    // The roll comes by name.
-    if (vista.orden == "peso"_L1) {
-        QList<qint64> pesos(elementos.size());
-        std::transform(elementos.begin(), elementos.end(), pesos.begin(), [](const auto &uno) { return uno.bytes(); });
-        std::stable_sort(elegidos.begin(), elegidos.end(), [&](int a, int b) { return pesos[a] > pesos[b]; });
-    } else if (vista.orden == "tipo"_L1) {
-        const auto clase = [&](int cual) {
-            const auto &uno = elementos[cual];
-            return std::tuple(uno.esVideo(), !uno.esVivo(), uno.principal.nombre.section(u'.', -1).toUpper());
-        };
-        std::stable_sort(elegidos.begin(), elegidos.end(), [&](int a, int b) { return clase(a) < clase(b); });
-    }
-    return elegidos;
-}
-
 void SeleccionFotos::reordenar()
 {
     emit cambio();
-    const auto trabajo = [suyos = elementos, vista = Vista{filtro_, orden_, busqueda_}] {
-        return elegir(*suyos, vista);
+    const auto trabajo = [suyos = elementos, vista = VistaDelCarrete{filtro_, orden_, busqueda_}] {
+        return elegirDelCarrete(*suyos, vista);
     };
     enSegundoPlano(this, trabajo, [this, suyos = elementos, suVuelta = ++vuelta](const QList<int> &elegidos) {
         if (suVuelta != vuelta)
@@ -257,17 +214,7 @@ QString SeleccionFotos::pesoMarcadoTexto() const
 
 QString SeleccionFotos::preguntaDeBorrar() const
 {
-    const auto cuantos = marcados.size();
-    auto texto = cuantos == 1 ? u"Se borrará 1 foto del iPhone y recuperarás %1."_s.arg(Formato::tamano(peso))
-                              : u"Se borrarán %1 fotos del iPhone y recuperarás %2."_s.arg(Formato::entero(cuantos),
-                                                                                           Formato::tamano(peso));
-    if (sinCopiar > 0)
-        texto += (sinCopiar == 1 ? u"\n\n⚠️ 1 NO está copiada en el Mac: se pierde para siempre."_s
-                                 : u"\n\n⚠️ %1 NO están copiadas en el Mac: se pierden para siempre."_s.arg(
-                                       Formato::entero(sinCopiar)));
-    return texto +
-           u"\n\nTambién se tira la lista de la app Fotos, que se rehace sola: al terminar hay que reiniciar el "
-           "iPhone."_s;
+    return preguntaDeBorrarElegidas(marcados.size(), peso, sinCopiar);
 }
 
 void SeleccionFotos::pedirBorrar()
@@ -324,23 +271,7 @@ QUrl SeleccionFotos::imagenGrande(int fila) const
 QString SeleccionFotos::descripcion(int fila) const
 {
     const auto *uno = elemento(fila);
-    if (uno == nullptr)
-        return {};
-    const auto dia = Formato::espanol().toString(QDateTime::fromSecsSinceEpoch(uno->principal.fecha).date(),
-                                                 u"d 'de' MMMM 'de' yyyy"_s);
-    QStringList partes{uno->principal.nombre, Formato::tamano(uno->bytes()), dia};
-    if (uno->esVideo())
-        partes << u"vídeo"_s;
-    if (uno->esVivo())
-        partes << u"foto en vivo"_s;
-    if (uno->retocada())
-        partes << u"retocada"_s;
-    if (uno->oculta())
-        partes << u"oculta en el iPhone"_s;
-    if (uno->enPapelera())
-        partes << u"en la papelera del iPhone"_s;
-    partes << (uno->copiado() ? u"copiada en el Mac"_s : u"sin copiar: se ve en pequeño hasta que la copies"_s);
-    return partes.join(u" · "_s);
+    return uno == nullptr ? QString() : uno->descripcion();
 }
 
 int SeleccionFotos::rowCount(const QModelIndex &padre) const

@@ -21,6 +21,7 @@ class SeleccionFotos : public QAbstractListModel
     Q_PROPERTY(QString busqueda READ busqueda WRITE ponBusqueda NOTIFY cambio)
     Q_PROPERTY(bool abierta READ abierta NOTIFY cambio)
     Q_PROPERTY(bool cargando READ cargando NOTIFY cambio)
+    Q_PROPERTY(bool noSeLee READ noSeLee NOTIFY cambio)
     Q_PROPERTY(bool confirmandoBorrar READ confirmandoBorrar NOTIFY cambio)
     Q_PROPERTY(QString mensaje READ mensaje NOTIFY cambio)
     Q_PROPERTY(int cuantos READ cuantos NOTIFY cambio)
@@ -58,6 +59,8 @@ public:
 
     bool abierta() const { return abierta_; }
     bool cargando() const { return cargando_; }
+    /// The last reading failed; the job's log says why.
+    bool noSeLee() const { return noSeLee_; }
     bool confirmandoBorrar() const { return confirmandoBorrar_; }
     /// What the last deletion came to; empty when there is nothing to tell.
     const QString &mensaje() const { return mensaje_; }
@@ -100,12 +103,6 @@ signals:
 
 private:
     using Elementos = QList<ElementoGaleria>;
-    struct Vista {
-        QString filtro;
-        QString orden;
-        QString busqueda;
-    };
-    static QList<int> elegir(const Elementos &elementos, const Vista &vista);
 
     int rowCountPropiedad() const { return rowCount(); }
     QString pesoMarcadoTexto() const;
@@ -130,6 +127,7 @@ private:
     QString mensaje_;
     bool abierta_ = false;
     bool cargando_ = false;
+    bool noSeLee_ = false;
     bool porLeer = false; ///< once the job that runs is over
     bool confirmandoBorrar_ = false;
     int vuelta = 0; ///< of `reordenar`: an earlier one that comes later is dropped

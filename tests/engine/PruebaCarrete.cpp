@@ -300,6 +300,8 @@ void PruebaCarrete::liberarSoloPlanea()
 {
     const auto todo = enElTelefono();
     QCOMPARE(liberar(false)[u"plan"_s][u"a_borrar"_s].toInt(), 0);
+    QCOMPARE(liberar(true)[u"fin"_s][u"borrados"_s].toInt(), 0); // nor is anything left behind
+    QVERIFY(!QDir(fotos).exists() && enElTelefono() == todo);
     QCOMPARE(copiar().codigo, 0);
     QVERIFY(QFile::remove(fotos + u"/100APPLE/IMG_0003.MOV"_s)); // half of a Live Photo
     qputenv("CONFIRMADO", "no");

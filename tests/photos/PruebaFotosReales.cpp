@@ -35,6 +35,7 @@ private slots:
     void elegirYBorrar();
     void otroTelefono();
     void biblioteca();
+    void laComprobacionNiega();
     void recuperarDeUnaCopiaCifrada();
     void miniaturas();
     void porOrdenes();
@@ -224,6 +225,40 @@ void PruebaFotosReales::biblioteca()
     programa->resolverBorrarTodas(true);
     QTRY_VERIFY_WITH_TIMEOUT(programa->fotos.aviso().startsWith(u"Listo: "), 30'000);
     QVERIFY(acaba() && enElTelefono().isEmpty());
+}
+
+/// Somebody who is not the owner, or closes the system's question, deletes nothing, whatever they press before.
+void PruebaFotosReales::laComprobacionNiega()
+{
+    const auto nombre = u"org.freedesktop.PolicyKit1"_s;
+    const auto objeto = u"/org/freedesktop/PolicyKit1/Authority"_s;
+    const auto interfaz = u"org.freedesktop.PolicyKit1.Authority"_s;
+    QVERIFY(bus->servir(nombre, {u"--system"_s, nombre, objeto, interfaz}));
+    // It would ask, and the answer is no.
+    QVERIFY(bus->metodo(
+        nombre, objeto, interfaz,
+        {u"CheckAuthorization"_s, u"(sa{sv})sa{ss}us"_s, u"(bba{ss})"_s, u"ret = (False, args[3] == 0, {})"_s}));
+    programa->fotos.copiar();
+    QVERIFY(acaba());
+    const auto copia = programa->modelo.carpetaCopias() + u'/' + telefono->udid();
+    QVERIFY(escribirFichero(copia + u"/Manifest.db"_s, "x"));
+    auto &seleccion = programa->seleccion;
+    seleccion.abrir();
+    QVERIFY(leido() && acaba());
+    QTRY_VERIFY(seleccion.rowCount() > 0);
+    seleccion.marcarTodas();
+    const auto todo = enElTelefono();
+    const auto trabajos = programa->modelo.diario().lista().size();
+    programa->resolverLiberar(true);
+    programa->resolverBorrarTodas(true);
+    programa->resolverBorrarMarcadas(true);
+    QTRY_VERIFY(bus->peticiones().contains(u"es.vellora.borrar-fotos"));
+    for (const auto &accion : {u"es.vellora.borrar-copiadas"_s, u"es.vellora.borrar-todas-las-fotos"_s})
+        QVERIFY(bus->peticiones().contains(accion));
+    QTest::qWait(500);
+    QCOMPARE(enElTelefono(), todo);
+    QCOMPARE(programa->modelo.diario().lista().size(), trabajos);
+    bus->retirar();
 }
 
 void PruebaFotosReales::recuperarDeUnaCopiaCifrada()

@@ -237,7 +237,11 @@ void PruebaFotosEnVentana::carreteVacio()
     QVERIFY(telefono->orden(u"bloquear"_s));
     QVERIFY(pulsa(u"Elegir cuáles borrar"_s) && acaba());
     QVERIFY(programa->modelo.tarea().registro().join(u' ').contains(u"bloqueado"));
-    QTRY_VERIFY(!programa->seleccion.cargando());
+    // What could not be read is not called empty.
+    QVERIFY(seLee(u"No he podido leer el carrete"_s) && !Manos::seLee(*ventana, u"El carrete está vacío"_s));
+    QVERIFY(telefono->orden(u"desbloquear"_s));
+    QVERIFY(pulsa(u"Intentar otra vez"_s));
+    QVERIFY(seLee(u"El carrete está vacío"_s) && acaba());
 }
 
 void PruebaFotosEnVentana::cabeYTieneNombre_data()

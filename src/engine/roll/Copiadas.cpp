@@ -65,9 +65,9 @@ void Copiadas::leerCarpeta()
     const auto cerrar = [](FTS *recorrido) {
         fts_close(recorrido);
     };
-    // The folder itself may be a link; none below it is followed.
+    // The folder itself may be a link; none below it is followed, nor another volume entered: it might be the phone's.
     const std::unique_ptr<FTS, decltype(cerrar)> recorrido(
-        fts_open(raices.data(), FTS_PHYSICAL | FTS_COMFOLLOW | FTS_NOCHDIR, nullptr), cerrar);
+        fts_open(raices.data(), FTS_PHYSICAL | FTS_COMFOLLOW | FTS_NOCHDIR | FTS_XDEV, nullptr), cerrar);
     while (auto *entrada = recorrido ? fts_read(recorrido.get()) : nullptr) {
         if (entrada->fts_level > 0 && entrada->fts_name[0] == '.') {
             fts_set(recorrido.get(), entrada, FTS_SKIP);

@@ -2,10 +2,10 @@
 
 #include "core/Formato.h"
 #include "engine/Interrupcion.h"
+#include "engine/roll/FicheroLocal.h"
 #include "engine/roll/Huella.h"
 
 #include <algorithm>
-#include <array>
 #include <atomic>
 #include <cerrno>
 #include <chrono>
@@ -37,41 +37,6 @@ const auto noSeEscribe =
 QString motivoDeEscritura(int error)
 {
     return error == ENOSPC || error == EDQUOT ? sinSitio : noSeEscribe;
-}
-
-bool escribir(int descriptor, QByteArrayView bytes)
-{
-    while (!bytes.isEmpty()) {
-        const auto escritos = write(descriptor, bytes.data(), static_cast<size_t>(bytes.size()));
-        if (escritos < 0 && errno == EINTR)
-            continue;
-        if (escritos <= 0)
-            return false;
-        bytes = bytes.sliced(escritos);
-    }
-    return true;
-}
-
-enum class Parecido { Igual, Principio, Otro };
-
-/// How a file of the folder stands to a whole one.
-Parecido comparar(int suyo, int entero)
-{
-    constexpr size_t bloque = 128UL * 1024;
-    const auto unos = std::make_unique<std::array<char, bloque>>();
-    const auto otros = std::make_unique<std::array<char, bloque>>();
-    struct stat como = {};
-    if (fstat(suyo, &como) != 0 || !S_ISREG(como.st_mode))
-        return Parecido::Otro;
-    for (off_t donde = 0;;) {
-        const auto leidos = pread(suyo, unos->data(), bloque, donde);
-        const auto debidos = pread(entero, otros->data(), bloque, donde);
-        if (leidos < 0 || debidos < leidos || !std::equal(unos->begin(), unos->begin() + leidos, otros->begin()))
-            return Parecido::Otro;
-        if (leidos == 0)
-            return debidos == 0 ? Parecido::Igual : Parecido::Principio;
-        donde += leidos;
-    }
 }
 
 /// What all threads of a copy share.
@@ -211,21 +176,11 @@ private:
             comun.fallar(fichero, leidos.motivo());
         if (!leidos || error != 0 || recibidos != fichero.ficha.tamano)
             return carpeta.desechar(numero);
-        ponerFecha(*escrito, fichero);
+        // Before it is put on the disk, so that its date goes there with it.
+        ponerFecha(*escrito, fichero.ficha.modificado);
         lote.push_back({&fichero, numero, huella.sacar()});
         bytesEnElLote += recibidos;
         comun.contar(&CuentaDeCopia::copiados, fichero);
-    }
-
-    /// Before the file is put on the disk, so that its date goes there with it.
-    static void ponerFecha(int descriptor, const FicheroDelCarrete &fichero)
-    {
-        const auto ms = fichero.ficha.modificado.toMSecsSinceEpoch();
-        if (!fichero.ficha.modificado.isValid() || ms < 0)
-            return;
-        const timespec fecha{static_cast<time_t>(ms / 1000), static_cast<long>(ms % 1000 * 1'000'000)};
-        const std::array<timespec, 2> fechas{fecha, fecha};
-        futimens(descriptor, fechas.data());
     }
 
     void colocarLote()

@@ -99,9 +99,10 @@ FocusScope {
             width: parent.width - 64
             visible: !raiz.seleccion.cargando && raiz.seleccion.cuantos === 0
             simbolo: "photo.on.rectangle.angled"
-            titulo: "El carrete está vacío"
-            textoDelBoton: "Volver"
-            onPulsado: raiz.seleccion.cerrar()
+            titulo: raiz.seleccion.noSeLee ? "No he podido leer el carrete" : "El carrete está vacío"
+            texto: raiz.seleccion.noSeLee ? "Desbloquea el iPhone, mira el cable y vuelve a intentarlo." : ""
+            textoDelBoton: raiz.seleccion.noSeLee ? "Intentar otra vez" : "Volver"
+            onPulsado: raiz.seleccion.noSeLee ? raiz.seleccion.leer() : raiz.seleccion.cerrar()
         }
 
         Texto {

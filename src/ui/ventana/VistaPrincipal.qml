@@ -4,14 +4,12 @@ import Vellora.Componentes
 import Vellora.Sesion
 import Vellora.Ventana
 
-/// Lays out the window: side list, header, the section in view, the job's strip, and what comes over them. What is not
-/// seen at the start is read from its file when it is needed.
+/// Lays out the window, and what comes over it. What is not seen at the start is read from its file when it is needed.
 FocusScope {
     id: raiz
 
     required property Programa programa
     readonly property Modelo modelo: raiz.programa.modelo
-    readonly property Copias copias: raiz.programa.copias
     required property list<string> falta
 
     /// What had the keyboard before something came over the window; it gets it back.
@@ -27,10 +25,7 @@ FocusScope {
         (sirve ? raiz.ultimo : carrete.activo ? carrete : raiz).forceActiveFocus(Qt.PopupFocusReason);
     }
 
-    onEnfocadoChanged: {
-        if (!estado.hayCapa && raiz.enfocado !== null && raiz.enfocado !== raiz)
-            raiz.ultimo = raiz.enfocado;
-    }
+    onEnfocadoChanged: if (!estado.hayCapa && enfocado !== null && enfocado !== raiz) ultimo = enfocado
 
     /// A job runs, and the window is to close.
     function preguntaAlSalir() {
@@ -85,7 +80,7 @@ FocusScope {
             height: parent.height
             secciones: secciones
             actual: estado.seccion
-            hayCopia: raiz.copias.ultimaCopia !== "nunca"
+            hayCopia: raiz.programa.copias.ultimaCopia !== "nunca"
             onElegida: cual => estado.abreSeccion(cual)
         }
 
