@@ -9,6 +9,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace vellora
@@ -22,6 +24,7 @@ constexpr double limiteDeSegundos = 3600;
 constexpr int reposo = 30;
 // What was asked for so long ago is no longer in view.
 constexpr qsizetype maximoEnCola = 400;
+constexpr qsizetype unaPantalla = 64;
 
 } // namespace
 
@@ -86,8 +89,10 @@ void Galeria::seguir()
         return;
     QList<FotoDelCarrete> tanda;
     QStringList rutas;
-    while (!cola.isEmpty() && tanda.size() < deUnaVez) {
-        tanda << cola.takeLast();
+    // The last screen that was asked for, from its top.
+    const auto desde = std::max<qsizetype>(0, cola.size() - unaPantalla);
+    while (desde < cola.size() && tanda.size() < deUnaVez) {
+        tanda << cola.takeAt(desde);
         rutas << tanda.last().ruta;
     }
     const auto lista = apuntarRutas(rutas, u"vellora-minis.txt"_s);

@@ -51,7 +51,7 @@ private:
     QString carpetaFotos;
     QHash<QString, QString> listas; ///< pictures at hand, by the path on the phone
     QSet<QString> pedidas;
-    QList<FotoDelCarrete> cola; ///< the last asked for is the first to be made
+    QList<FotoDelCarrete> cola; ///< in the order asked for
     bool preparando_ = false;
     qint64 preparadas_ = 0;
     int numero = 0; ///< of the phone in hand

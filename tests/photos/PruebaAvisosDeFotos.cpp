@@ -52,6 +52,11 @@ private:
     {
         return QString::fromUtf8(leerFichero(QDir::homePath() + u"/recibido"_s)).split(u'\n', Qt::SkipEmptyParts);
     }
+    /// Its first look for phones is over: a thread of it must not outlive the test.
+    static bool asentado(Modelo &modelo)
+    {
+        return QTest::qWaitFor([&] { return !modelo.buscando(); }, 20'000);
+    }
     bool acaba()
     {
         return QTest::qWaitFor([this] { return !tarea.enMarcha(); }, 10'000);
@@ -344,6 +349,7 @@ void PruebaAvisosDeFotos::grupos()
 void PruebaAvisosDeFotos::carpeta()
 {
     Modelo modelo;
+    QVERIFY(asentado(modelo));
     Fotos fotos(modelo);
     const auto deSiempre = modelo.carpetaBase() + u"/Fotos"_s;
     QVERIFY(fotos.carpeta() == deSiempre && fotos.carpetaEsLaDeSiempre());
@@ -376,6 +382,7 @@ void PruebaAvisosDeFotos::pocoSitio()
     QFETCH(const qint64, libres);
     QFETCH(const bool, avisa);
     Modelo modelo;
+    QVERIFY(asentado(modelo));
     const Fotos fotos(modelo);
     Dispositivo telefono;
     telefono.id = u"U"_s;
