@@ -93,6 +93,7 @@ int miniaturas(const QStringList &argumentos, Avisos &avisar)
         const auto buscadas = buscarRutas(conexiones, *rutas);
         std::atomic<size_t> siguiente = 0;
         std::mutex mutex;
+        bool sinTelefono = conexiones.primera().perdido();
         qint64 hechas = 0;
         auto fallidas = static_cast<qint64>(buscadas.perdidos.size());
         avisar.total(static_cast<qint64>(buscadas.ficheros.size()));
@@ -113,12 +114,15 @@ int miniaturas(const QStringList &argumentos, Avisos &avisar)
                     hecha = guardarMiniatura(imagen, nombre);
                 }
                 const std::lock_guard cerrojo(mutex);
+                sinTelefono = sinTelefono || afc.perdido();
                 ++(hecha ? hechas : fallidas);
                 avisar.progreso(hechas + fallidas);
             }
         });
         if (Interrupcion::pedida())
             return Interrupcion::estado;
+        if (hechas + fallidas < static_cast<qint64>(rutas->size()) || sinTelefono)
+            return avisar.error(u"El iPhone ha dejado de responder."_s);
         avisar.avisar(u"fin"_s, {{u"hechas"_s, hechas}, {u"fallidas"_s, fallidas}});
         return 0;
     };

@@ -103,21 +103,25 @@ void Galeria::seguir()
     const auto hacer = [ejecutable = motor->ejecutable, argumentos] {
         return Ejecutor::rapido(ejecutable, argumentos, limiteDeSegundos);
     };
-    enSegundoPlano(this, hacer, [this, tanda, suNumero = numero](const QString &) {
+    enSegundoPlano(this, hacer, [this, tanda, suNumero = numero](const QString &dicho) {
         preparando_ = false;
         if (numero == suNumero)
-            acabarTanda(tanda);
+            acabarTanda(tanda, dicho.contains("\"fin\""_L1));
         if (!cola.isEmpty())
             seguir();
     });
 }
 
-void Galeria::acabarTanda(const QList<FotoDelCarrete> &tanda)
+void Galeria::acabarTanda(const QList<FotoDelCarrete> &tanda, bool hastaElFinal)
 {
     for (const auto &foto : tanda) {
         const auto fichero = ficheroDe(foto);
-        if (!QFileInfo::exists(fichero))
+        if (!QFileInfo::exists(fichero)) {
+            // What the phone could not give now it may give later; what is no picture is not asked for again.
+            if (!hastaElFinal)
+                pedidas.remove(foto.ruta);
             continue;
+        }
         listas.insert(foto.ruta, fichero);
         ++preparadas_;
         emit hecha(foto.ruta);

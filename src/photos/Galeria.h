@@ -28,8 +28,8 @@ public:
 
     /// Whose pictures are asked for from now on; what was asked for another phone is forgotten.
     void preparar(const QString &udid, const QString &carpetaFotos);
-    /// Path of the picture of a file, or empty: then it will be made, and `hecha` tells. One that could not be made is
-    /// not tried again.
+    /// Path of the picture of a file, or empty: then it will be made, and `hecha` tells. One that is no picture is not
+    /// tried again.
     QString miniatura(const FotoDelCarrete &foto);
     /// Whether it has yet to be made.
     bool falta(const FotoDelCarrete &foto) const;
@@ -44,7 +44,7 @@ signals:
 
 private:
     void seguir();
-    void acabarTanda(const QList<FotoDelCarrete> &tanda);
+    void acabarTanda(const QList<FotoDelCarrete> &tanda, bool hastaElFinal);
     QString ficheroDe(const FotoDelCarrete &foto) const;
 
     QString udid;

@@ -327,11 +327,18 @@ void PruebaFotosReales::miniaturas()
     QVERIFY(guardadas.size() >= 3);
     for (const auto &una : guardadas)
         QVERIFY(std::max(QImage(Galeria::carpeta() + u'/' + una).width(), 1) <= ladoDeMiniatura);
+    const auto sinPedir = seleccion.elemento(filaDe(u"IMG_0002.JPG"_s))->principal;
     QVERIFY(telefono->orden(u"desconectar"_s));
     Galeria otroDia;
     otroDia.preparar(telefono->udid(), programa->fotos.carpeta());
     QVERIFY(!otroDia.miniatura(seleccion.elemento(filaDe(u"IMG_0500.HEIC"_s))->principal).isEmpty());
-    // Turned as the camera was held.
+    // What could not be made without the phone is made once it is back.
+    QVERIFY(otroDia.miniatura(sinPedir).isEmpty());
+    QTRY_VERIFY(otroDia.preparando());
+    QTRY_VERIFY_WITH_TIMEOUT(!otroDia.preparando(), 20'000);
+    QVERIFY(otroDia.falta(sinPedir));
+    QVERIFY(telefono->orden(u"conectar"_s));
+    QTRY_VERIFY_WITH_TIMEOUT(!otroDia.miniatura(sinPedir).isEmpty(), 20'000);
     QVERIFY(imagenReducida(u"/no/está"_s, 100).isNull());
 }
 
