@@ -155,11 +155,8 @@ int borrarLista(const QStringList &argumentos, Avisos &avisar, bool conLaListaDe
 
 int borrarFotosIPhone(const QStringList &argumentos, Avisos &avisar)
 {
-    return conElTelefono(argumentos[0], avisar, [&](Conexiones &conexiones) {
-        const auto carrete = leerCarrete(conexiones);
-        if (!carrete)
-            return avisar.error(carrete.motivo());
-        const auto ficheros = delCarrete(*carrete);
+    return conElCarrete(argumentos[0], avisar, [&](Conexiones &conexiones, const Carrete &carrete) {
+        const auto ficheros = delCarrete(carrete);
         if (!confirmado())
             return contarElPlan(ficheros, avisar);
         const auto cuenta = borrarFicheros(conexiones.primera(), ficheros, avisar);

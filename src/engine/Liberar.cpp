@@ -227,20 +227,15 @@ int borrar(const PlanDeLiberar &plan, Conexiones &conexiones, Copiadas &copiadas
 
 int liberar(const QStringList &argumentos, Avisos &avisar)
 {
-    return conElTelefono(argumentos[0], avisar, [&](Conexiones &conexiones) {
-        const auto carrete = leerCarrete(conexiones);
-        if (!carrete)
-            return avisar.error(carrete.motivo());
-        for (const auto &problema : carrete->problemas)
-            avisar.linea(problema);
+    return conElCarrete(argumentos[0], avisar, [&](Conexiones &conexiones, const Carrete &carrete) {
         auto copiadas = Copiadas::leer(argumentos[1], argumentos[0]);
-        const auto plan = planear(*carrete, copiadas);
+        const auto plan = planear(carrete, copiadas);
         avisar.avisar(u"plan"_s,
                       {{u"a_borrar"_s, plan.ficheros}, {u"se_quedan"_s, plan.seQuedan}, {u"bytes"_s, plan.bytes}});
         if (confirmado() && !plan.elementos.empty())
             return borrar(plan, conexiones, copiadas, argumentos[1], avisar);
         if (confirmado())
-            contarElFin({}, contarElementos(*carrete), false, avisar);
+            contarElFin({}, contarElementos(carrete), false, avisar);
         return 0;
     });
 }

@@ -41,12 +41,7 @@ QString tipoEnPalabra(const FicheroDelCarrete &fichero)
 
 int listarCarrete(const QStringList &argumentos, Avisos &avisar)
 {
-    return conElTelefono(argumentos[0], avisar, [&](Conexiones &conexiones) {
-        const auto carrete = leerCarrete(conexiones);
-        if (!carrete)
-            return avisar.error(carrete.motivo());
-        for (const auto &problema : carrete->problemas)
-            avisar.linea(problema);
+    return conElCarrete(argumentos[0], avisar, [&](Conexiones &conexiones, const Carrete &carrete) {
         const auto copiadas = Copiadas::leer(argumentos[1], argumentos[0]);
         const auto base = leerBaseDeFotos(conexiones.primera()).value_or(BaseDeFotos());
         // The list knows one file of each photo: the state is that of all its files.
@@ -61,7 +56,7 @@ int listarCarrete(const QStringList &argumentos, Avisos &avisar)
             lista = {};
             return dicho;
         };
-        for (const auto &fichero : carrete->ficheros) {
+        for (const auto &fichero : carrete.ficheros) {
             const auto relativa = QString::fromUtf8(fichero.relativa);
             const auto barra = relativa.lastIndexOf(u'/');
             // A video that the phone lists by itself is no half of a Live Photo, whatever its name.

@@ -20,7 +20,6 @@ public:
 
     /// Runs `trabajo` on so many threads, at most one for each connection, and waits for all of them.
     void repartir(size_t cuantos, const std::function<void(Afc &afc, size_t numero)> &trabajo);
-    size_t cuantas() const { return abiertas.size(); }
     /// For what needs but one.
     Afc &primera() { return abiertas.front(); }
 

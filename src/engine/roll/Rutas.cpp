@@ -16,6 +16,18 @@ int conElTelefono(const QString &udid, Avisos &avisar, const std::function<int(C
     return abiertas ? hacer(*abiertas) : avisar.error(abiertas.motivo());
 }
 
+int conElCarrete(const QString &udid, Avisos &avisar, const std::function<int(Conexiones &, const Carrete &)> &hacer)
+{
+    return conElTelefono(udid, avisar, [&](Conexiones &conexiones) {
+        const auto carrete = leerCarrete(conexiones);
+        if (!carrete)
+            return avisar.error(carrete.motivo());
+        for (const auto &problema : carrete->problemas)
+            avisar.linea(problema);
+        return hacer(conexiones, *carrete);
+    });
+}
+
 Resultado<QStringList> leerRutas(const QString &fichero)
 {
     QFile lista(fichero);

@@ -12,6 +12,9 @@ namespace vellora::motor
 int conElTelefono(const QString &udid, Avisos &avisar, const std::function<int(Conexiones &)> &hacer,
                   size_t conexiones = Conexiones::maximo);
 
+/// The same with the roll at hand, what the phone refused to show of it told in the log.
+int conElCarrete(const QString &udid, Avisos &avisar, const std::function<int(Conexiones &, const Carrete &)> &hacer);
+
 /// The paths of the phone in a text file, a line each. Only those of files of the roll are taken; fails when the file
 /// cannot be read or there is another one among them.
 Resultado<QStringList> leerRutas(const QString &fichero);
