@@ -481,6 +481,11 @@ void Sesion::fotos()
     pulsa(u"Elegir cuáles borrar"_s);
     espera("an empty roll", [&] { return seleccion.abierta() && !seleccion.cargando(); });
     foto(u"carrete-vacio"_s, {1280});
+    manda(u"bloquear"_s);
+    programa.seleccion.leer();
+    espera("a roll that cannot be read", [&] { return seleccion.noSeLee() && !modelo.tarea().enMarcha(); });
+    foto(u"carrete-no-se-lee"_s);
+    manda(u"desbloquear"_s);
     tecla(Qt::Key_Escape);
     modelo.tarea().cerrarAviso();
 }
