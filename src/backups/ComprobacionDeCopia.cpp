@@ -50,8 +50,8 @@ std::optional<Recuento> contarDefectos(const QString &carpeta)
     return leida ? std::optional(recuento) : std::nullopt;
 }
 
-/// Absent when all is well, otherwise what is wrong.
-std::optional<QString> defectoDe(const QString &carpeta, QStringList &detalles)
+/// Absent when all is well, otherwise what is wrong. `cifrada`: nothing but the outside was looked at.
+std::optional<QString> defectoDe(const QString &carpeta, QStringList &detalles, bool &cifrada)
 {
     const auto estado = Plist::leer(carpeta + u"/Status.plist"_s);
     if (!estado || estado->raiz()["SnapshotState"].texto() != u"finished"_s)
@@ -60,7 +60,8 @@ std::optional<QString> defectoDe(const QString &carpeta, QStringList &detalles)
     if (!manifiesto)
         return u"No se puede leer Manifest.plist."_s;
     const auto tamano = QFileInfo(carpeta + u"/Manifest.db"_s).size();
-    if (manifiesto->raiz()["IsEncrypted"].logico().value_or(false)) {
+    cifrada = manifiesto->raiz()["IsEncrypted"].logico().value_or(false);
+    if (cifrada) {
         const bool cabal = tamano > 0 && tamano % bloqueDeCifrado == 0;
         return cabal ? std::nullopt : std::optional(u"Manifest.db está vacío o cortado."_s);
     }
@@ -85,8 +86,10 @@ std::optional<QString> defectoDe(const QString &carpeta, QStringList &detalles)
 ComprobacionDeCopia comprobarCopia(const QString &carpeta)
 {
     ComprobacionDeCopia resultado;
-    const auto defecto = defectoDe(carpeta, resultado.detalles);
-    resultado.completa = !defecto;
+    bool cifrada = false;
+    const auto defecto = defectoDe(carpeta, resultado.detalles, cifrada);
+    using Veredicto = ComprobacionDeCopia::Veredicto;
+    resultado.veredicto = defecto ? Veredicto::Rota : cifrada ? Veredicto::SinComprobar : Veredicto::Entera;
     if (defecto) {
         resultado.detalles << *defecto;
         const auto sitio = QStorageInfo(carpeta).bytesAvailable();

@@ -107,13 +107,13 @@ private:
 
     void comprobada(const ComprobacionDeCopia &comprobacion)
     {
-        if (!comprobacion.completa)
+        if (comprobacion.rota())
             apartarManifiesto(carpeta, principio);
         if (!sigue())
             return deleteLater();
         for (const auto &detalle : comprobacion.detalles)
             tarea.apunta(detalle);
-        if (!comprobacion.completa)
+        if (comprobacion.rota())
             return acabarMal(comprobacion.discoLleno ? sentenciaDeDiscoLleno() : motivoDelFallo());
         tarea.apunta(u"Copia de seguridad terminada."_s);
         acabar(true, u"Copia completa guardada"_s);

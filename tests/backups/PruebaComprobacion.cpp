@@ -84,7 +84,7 @@ void PruebaComprobacion::init()
 void PruebaComprobacion::entera()
 {
     const auto resultado = comprobarCopia(carpeta->path());
-    QVERIFY2(resultado.completa, qPrintable(resultado.detalles.join(u' ')));
+    QVERIFY2(resultado.entera(), qPrintable(resultado.detalles.join(u' ')));
     QVERIFY(resultado.detalles.isEmpty());
 }
 
@@ -108,7 +108,7 @@ void PruebaComprobacion::defectos()
     QVERIFY(archivo.exists());
     QVERIFY(largo < 0 ? archivo.remove() : archivo.resize(largo));
     const auto resultado = comprobarCopia(carpeta->path());
-    QVERIFY(!resultado.completa);
+    QVERIFY(resultado.rota());
     QCOMPARE(resultado.detalles.size(), 1);
 }
 
@@ -116,7 +116,7 @@ void PruebaComprobacion::loQueElTelefonoNoEnvioSeDice()
 {
     QVERIFY(QFile::remove(carpeta->filePath(u"00/%1"_s.arg(9, 40, 16, QLatin1Char('0')))));
     const auto resultado = comprobarCopia(carpeta->path());
-    QVERIFY(resultado.completa);
+    QVERIFY(resultado.entera());
     QCOMPARE(resultado.detalles, QStringList{u"Ficheros de la lista que no están en la copia: 1."_s});
 }
 
@@ -124,7 +124,7 @@ void PruebaComprobacion::unFicheroMasCortoSeDice()
 {
     QVERIFY(QFile::resize(carpeta->filePath(u"00/%1"_s.arg(7, 40, 16, QLatin1Char('0'))), 4));
     const auto resultado = comprobarCopia(carpeta->path());
-    QVERIFY(resultado.completa); // with room on the disk it is the phone's own doing
+    QVERIFY(resultado.entera()); // with room on the disk it is the phone's own doing
     QCOMPARE(resultado.detalles, QStringList{u"Ficheros más cortos de lo que dice la lista: 1."_s});
 }
 
@@ -132,11 +132,11 @@ void PruebaComprobacion::cifrada()
 {
     escribir(u"Manifest.plist"_s, plist("<key>IsEncrypted</key><true/>"));
     escribir(u"Manifest.db"_s, QByteArray(4096, 'x'));
-    QVERIFY(comprobarCopia(carpeta->path()).completa);
+    QCOMPARE(comprobarCopia(carpeta->path()).veredicto, ComprobacionDeCopia::Veredicto::SinComprobar);
     escribir(u"Manifest.db"_s, QByteArray(4095, 'x'));
-    QVERIFY(!comprobarCopia(carpeta->path()).completa);
+    QVERIFY(comprobarCopia(carpeta->path()).rota());
     escribir(u"Manifest.db"_s, {});
-    QVERIFY(!comprobarCopia(carpeta->path()).completa);
+    QVERIFY(comprobarCopia(carpeta->path()).rota());
 }
 
 void PruebaComprobacion::apartar()
