@@ -133,6 +133,19 @@ bool RaizAfc::ficha(const QByteArray &ruta, struct stat &ficha) const
     return bien;
 }
 
+std::optional<qint64> RaizAfc::nacimiento(const QByteArray &ruta) const
+{
+    const int descriptor = abrir(ruta, O_PATH | O_NOFOLLOW);
+    struct statx ficha {
+    };
+    const bool bien = descriptor >= 0 && statx(descriptor, "", AT_EMPTY_PATH, STATX_BTIME, &ficha) == 0;
+    if (descriptor >= 0)
+        close(descriptor);
+    if (!bien || (ficha.stx_mask & STATX_BTIME) == 0)
+        return {};
+    return ficha.stx_btime.tv_sec * 1'000'000'000LL + ficha.stx_btime.tv_nsec;
+}
+
 QByteArray RaizAfc::destinoDeEnlace(const QByteArray &ruta) const
 {
     const int descriptor = abrir(ruta, O_PATH | O_NOFOLLOW);

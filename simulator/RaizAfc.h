@@ -40,6 +40,8 @@ public:
     /// Names with "." and ".."; absent with errno.
     std::optional<QByteArrayList> listar(const QByteArray &ruta) const;
     bool ficha(const QByteArray &ruta, struct stat &ficha) const;
+    /// When the file was made, in nanoseconds since 1970; absent where the computer's disk does not keep it.
+    std::optional<qint64> nacimiento(const QByteArray &ruta) const;
     QByteArray destinoDeEnlace(const QByteArray &ruta) const;
 
     // Each says false with errno.

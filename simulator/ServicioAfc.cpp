@@ -215,14 +215,14 @@ bool SesionAfc::fichaDe(const Paquete &paquete, const QByteArray &ruta)
     };
     if (!raiz_.ficha(ruta, ficha))
         return hecho(paquete, false);
-    const auto fecha = QByteArray::number(ficha.st_mtim.tv_sec * 1'000'000'000LL + ficha.st_mtim.tv_nsec);
+    const qint64 fecha = ficha.st_mtim.tv_sec * 1'000'000'000LL + ficha.st_mtim.tv_nsec;
     QByteArrayList pares{
         "st_size",      QByteArray::number(qint64(ficha.st_size)),
         "st_blocks",    QByteArray::number(qint64(ficha.st_blocks)),
         "st_nlink",     QByteArray::number(quint64(ficha.st_nlink)),
         "st_ifmt",      S_ISDIR(ficha.st_mode) ? "S_IFDIR" : S_ISLNK(ficha.st_mode) ? "S_IFLNK" : "S_IFREG",
-        "st_mtime",     fecha,
-        "st_birthtime", fecha};
+        "st_mtime",     QByteArray::number(fecha),
+        "st_birthtime", QByteArray::number(raiz_.nacimiento(ruta).value_or(fecha))};
     if (S_ISLNK(ficha.st_mode))
         pares << "LinkTarget" << raiz_.destinoDeEnlace(ruta);
     return responder(paquete, Datos, {}, pares.join('\0') + '\0');

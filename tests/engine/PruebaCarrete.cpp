@@ -47,6 +47,7 @@ private slots:
 
     void copiarSoloLoQueFalta();
     void copiarSinPisarNada();
+    void copiarPorContenido();
     void copiarLoQueSePueda();
     void copiarSinCable();
     void copiarSinTelefono();
@@ -167,9 +168,11 @@ void PruebaCarrete::copiarSoloLoQueFalta()
     QCOMPARE(segunda[u"fin"_s][u"saltados"_s].toInt(), todo.size());
     QCOMPARE(segunda[u"fin"_s][u"bytes"_s].toInt(), 0);
     QVERIFY(abiertos() - antes <= 2); // the phone's own list of photos
-    // Without the notes, names, sizes and dates tell as much.
+    // Without the notes the bytes tell as much; once.
     QVERIFY(QFile::remove(fotos + u"/.vellora-huellas-"_s + udid));
     QCOMPARE(copiar()[u"fin"_s][u"saltados"_s].toInt(), todo.size());
+    QCOMPARE(copiar()[u"fin"_s][u"bytes"_s].toInt(), 0);
+    QCOMPARE(enLaCarpeta().size(), todo.size());
 
     // A photo more, and one that the phone has edited since.
     QVERIFY(escribirFichero(media + u"/DCIM/102APPLE/IMG_2001.HEIC"_s, QByteArray(70'000, 'n')));
@@ -215,6 +218,11 @@ void PruebaCarrete::copiarSinPisarNada()
         esperado[segundo(nombres[0])] = todo[nombres[0]];
         esperado[nombres[1]] = "otra foto, más larga o más corta";
         esperado[segundo(nombres[1])] = todo[nombres[1]];
+        // What begins like the new one may be whole by itself.
+        esperado[nombres[2]] = todo[nombres[2]].first(todo[nombres[2]].size() / 2);
+        esperado[segundo(nombres[2])] = todo[nombres[2]];
+        esperado[nombres[3]] = {};
+        esperado[segundo(nombres[3])] = todo[nombres[3]];
         QCOMPARE(enLaCarpeta(), esperado);
     }
     // A link where a folder should be leads nowhere.
@@ -223,6 +231,38 @@ void PruebaCarrete::copiarSinPisarNada()
     QVERIFY(escribirFichero(media + u"/DCIM/103APPLE/IMG_3001.JPG"_s, "x"));
     QCOMPARE(copiar().fallos.size(), 1);
     QVERIFY(QDir(casa->filePath(u"fuera"_s)).isEmpty());
+}
+
+void PruebaCarrete::copiarPorContenido()
+{
+    // One name, size and second in three albums, which come one after the other; other bytes in each.
+    for (const char letra : {'a', 'b', 'c'}) {
+        const auto nueva = media + u"/DCIM/%1APPLE/IMG_0700.JPG"_s.arg(300 + letra - 'a');
+        QVERIFY(escribirFichero(nueva, QByteArray(50'000, letra)) && ponFecha(nueva, 1'700'000'000));
+        QCOMPARE(copiar().codigo, 0);
+        QVERIFY(enLaCarpeta().values().contains(QByteArray(50'000, letra)));
+    }
+    QCOMPARE(enLaCarpeta(), enElTelefono());
+    // The same names in another folder of one phone, without notes: two there, of which one is the phone's.
+    const auto copia = fotos + u"/300APPLE/IMG_0700.JPG"_s;
+    QVERIFY(QFile::remove(fotos + u"/.vellora-huellas-"_s + udid) && QFile::remove(copia));
+    QCOMPARE(copiar()[u"fin"_s][u"copiados"_s].toInt(), 1);
+    QCOMPARE(leerFichero(copia), QByteArray(50'000, 'a'));
+
+    // A copy that was damaged, its size and date kept, stays; the photo comes again beside it, once.
+    const QByteArray ceros(50'000, '\0');
+    QVERIFY(escribirFichero(copia, ceros) && ponFecha(copia, 1'700'000'000));
+    for (const int nuevos : {1, 0}) {
+        QCOMPARE(copiar()[u"fin"_s][u"copiados"_s].toInt(), nuevos);
+        QCOMPARE(leerFichero(copia), ceros);
+        QCOMPARE(leerFichero(fotos + u"/300APPLE/IMG_0700 (2).JPG"_s), QByteArray(50'000, 'a'));
+    }
+    // A photo of the phone that was changed while its size and date stayed.
+    const auto otra = media + u"/DCIM/301APPLE/IMG_0700.JPG"_s;
+    QVERIFY(QFile::remove(otra) && escribirFichero(otra, QByteArray(50'000, 'B')) && ponFecha(otra, 1'700'000'000));
+    QCOMPARE(copiar()[u"fin"_s][u"copiados"_s].toInt(), 1);
+    QCOMPARE(leerFichero(fotos + u"/301APPLE/IMG_0700.JPG"_s), QByteArray(50'000, 'b'));
+    QCOMPARE(leerFichero(fotos + u"/301APPLE/IMG_0700 (2).JPG"_s), QByteArray(50'000, 'B'));
 }
 
 void PruebaCarrete::copiarLoQueSePueda()
@@ -340,6 +380,10 @@ void PruebaCarrete::liberarSoloConPrueba_data()
     QTest::newRow("copy damaged, its size the same") << u"dañada"_s << 0;
     QTest::newRow("copy of another photo, named, sized and dated alike, without notes") << u"otra"_s << 0;
     QTest::newRow("phone's file changed since") << u"cambiada"_s << 0;
+    QTest::newRow("phone's file replaced, its size and date kept") << u"sustituida"_s << 0;
+    QTest::newRow("phone's bytes changed in their place, a day later") << u"reescrita"_s << 0;
+    QTest::newRow("note of a former version, phone's bytes changed") << u"nota antigua"_s << 0;
+    QTest::newRow("unchanged, copied yesterday") << u"ayer"_s << 1;
     QTest::newRow("copy cut off") << u"cortada"_s << 0;
     QTest::newRow("copy is a link") << u"enlace"_s << 0;
     QTest::newRow("copied by other means") << u"sin notas"_s << 1;
@@ -365,6 +409,20 @@ void PruebaCarrete::liberarSoloConPrueba()
                 ponFecha(copia, 1'700'000'000));
     if (caso == u"cambiada")
         QVERIFY(escribirFichero(foto, QByteArray(200'000, 'F')) && ponFecha(foto, 1'700'000'999));
+    // On a disk that keeps when files were made a file put in its place is told by that.
+    if (caso == u"sustituida")
+        QVERIFY(escribirFichero(foto + u".nueva"_s, QByteArray(200'000, 'F')) && QFile::remove(foto) &&
+                QFile::rename(foto + u".nueva"_s, foto) && ponFecha(foto, 1'700'000'000));
+    if (caso == u"reescrita" || caso == u"nota antigua")
+        QVERIFY(escribirFichero(foto, QByteArray(200'000, 'F')) && ponFecha(foto, 1'700'000'000));
+    if (caso == u"reescrita" || caso == u"ayer") {
+        auto partes = leerFichero(notas).trimmed().split('\t');
+        QCOMPARE(partes.size(), 11);
+        partes[5] = QByteArray::number(partes[5].toLongLong() - 86'400'000);
+        QVERIFY(escribirFichero(notas, partes.join('\t') + '\n'));
+    }
+    if (caso == u"nota antigua")
+        QVERIFY(escribirFichero(notas, leerFichero(notas).split('\t').first(5).join('\t') + '\n'));
     if (caso == u"cortada")
         QVERIFY(QFile::resize(copia, 100'000));
     if (caso == u"enlace")

@@ -1,6 +1,7 @@
 #include "engine/roll/Copiadas.h"
 #include "support/BaseDePrueba.h"
 
+#include <QDir>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimeZone>
@@ -19,9 +20,19 @@ private slots:
     void elementos_data();
     void elementos();
     void notasRotas();
+    void huellaDelMismoFichero_data();
+    void huellaDelMismoFichero();
+    void copiaTocada();
     void sinCarpeta();
 
 private:
+    const QByteArray suma = QByteArray(32, 's');
+    static struct stat como(const QString &fichero)
+    {
+        struct stat suyo = {};
+        stat(qPrintable(fichero), &suyo);
+        return suyo;
+    }
     static FicheroDelCarrete foto(const QByteArray &relativa, qint64 tamano, qint64 ms)
     {
         FichaAfc ficha;
@@ -89,21 +100,17 @@ void PruebaCopiadas::notasRotas()
 {
     const QTemporaryDir carpeta;
     const auto notas = carpeta.filePath(Copiadas::nombreDeNotas(u"U"_s));
-    const QByteArray suma(32, 's');
     const auto una = foto("100APPLE/IMG_0001.JPG", 5, 1'700'000'000'123);
-    QVERIFY(escribirFichero(carpeta.filePath(u"100APPLE/IMG_0001 (2).JPG"_s), "bytes"));
+    const auto suSitio = carpeta.filePath(u"100APPLE/IMG_0001 (2).JPG"_s);
+    QVERIFY(escribirFichero(suSitio, "bytes"));
     {
         auto copiadas = Copiadas::leer(carpeta.path(), u"U"_s);
         QCOMPARE(copiadas.juzgar(una).juicio, Copiadas::Juicio::Falta); // its name belongs to another
-        QVERIFY(copiadas.anotar(una, "100APPLE/IMG_0001 (2).JPG", suma));
+        QVERIFY(copiadas.anotar(una, "100APPLE/IMG_0001 (2).JPG", suma, como(suSitio)));
     }
     auto linea = leerFichero(notas);
     QCOMPARE(Copiadas::leer(carpeta.path(), u"U"_s).juzgar(una).relativa, QByteArray("100APPLE/IMG_0001 (2).JPG"));
     QCOMPARE(Copiadas::leer(carpeta.path(), u"U"_s).huella(una), suma);
-    // What is not noted of this very file counts for nothing: other size, other moment, other phone.
-    const auto leidas = Copiadas::leer(carpeta.path(), u"U"_s);
-    QVERIFY(!leidas.huella(foto("100APPLE/IMG_0001.JPG", 6, 1'700'000'000'123)));
-    QVERIFY(!leidas.huella(foto("100APPLE/IMG_0001.JPG", 5, 1'700'000'000'124)));
     QVERIFY(!Copiadas::leer(carpeta.path(), u"V"_s).huella(una));
     // Lines cut off, doubled, with ways out and with anything at all are as if they were not there.
     const QByteArray basura = QByteArray(300, '\t') + "\n\n" + QByteArray(5000, 'x') + "\n" + linea.chopped(20) + '\n' +
@@ -115,20 +122,107 @@ void PruebaCopiadas::notasRotas()
     QVERIFY(!otras.huella(foto("../../fuera", 5, 1'700'000'000'123)));
     // The next note does not join the half line.
     const auto dos = foto("100APPLE/IMG_0002.JPG", 5, 1);
-    QVERIFY(otras.anotar(dos, "100APPLE/IMG_0002.JPG", suma));
+    QVERIFY(otras.anotar(dos, "100APPLE/IMG_0002.JPG", suma, como(suSitio)));
     QVERIFY(Copiadas::leer(carpeta.path(), u"U"_s).huella(dos));
     // A name that would break a line is not noted.
-    QVERIFY(otras.anotar(foto("a\tb\n.JPG", 5, 1), "a\tb\n.JPG", suma));
+    QVERIFY(otras.anotar(foto("a\tb\n.JPG", 5, 1), "a\tb\n.JPG", suma, como(suSitio)));
     QVERIFY(!leerFichero(notas).contains("a\tb"));
-    // Of the same name, size and date anywhere below; of another date only perhaps.
-    QVERIFY(escribirFichero(carpeta.filePath(u"Verano/IMG_0003.JPG"_s), "bytes"));
-    QFile movida(carpeta.filePath(u"Verano/IMG_0003.JPG"_s));
-    QVERIFY(movida.open(QIODevice::ReadWrite) &&
-            movida.setFileTime(QDateTime::fromMSecsSinceEpoch(1'600'000'001'500), QFileDevice::FileModificationTime));
-    const auto ahora = Copiadas::leer(carpeta.path(), u"U"_s);
-    QCOMPARE(ahora.juzgar(foto("100APPLE/IMG_0003.JPG", 5, 1'600'000'000'000)).juicio, Copiadas::Juicio::Esta);
-    QCOMPARE(ahora.juzgar(foto("100APPLE/IMG_0003.JPG", 5, 1'600'000'900'000)).juicio, Copiadas::Juicio::QuizaEste);
-    QCOMPARE(ahora.juzgar(foto("100APPLE/IMG_0003.JPG", 6, 1'600'000'000'000)).juicio, Copiadas::Juicio::Falta);
+}
+
+void PruebaCopiadas::huellaDelMismoFichero_data()
+{
+    QTest::addColumn<QString>("cambia");
+    QTest::addColumn<bool>("vale");     // for the phone's bytes
+    QTest::addColumn<bool>("seConoce"); // the copy by its note
+    QTest::newRow("nothing") << QString() << true << true;
+    QTest::newRow("size") << u"tamaño"_s << false << false;
+    QTest::newRow("date, by a millisecond") << u"fecha"_s << false << false;
+    QTest::newRow("date, by a nanosecond") << u"nanosegundo"_s << false << false;
+    QTest::newRow("birth: replaced, size and date put back") << u"nacimiento"_s << false << false;
+    QTest::newRow("blocks") << u"bloques"_s << false << true;
+    QTest::newRow("links") << u"enlaces"_s << false << true;
+    QTest::newRow("the day: copied yesterday") << u"ayer"_s << false << true;
+    QTest::newRow("the clock: copied tomorrow") << u"mañana"_s << false << true;
+    QTest::newRow("note of a former version") << u"antigua"_s << false << true;
+    QTest::newRow("taken back") << u"desmentida"_s << false << false;
+}
+
+void PruebaCopiadas::huellaDelMismoFichero()
+{
+    QFETCH(const QString, cambia);
+    QFETCH(const bool, vale);
+    QFETCH(const bool, seConoce);
+    const QTemporaryDir carpeta;
+    const auto sitio = carpeta.filePath(u"100APPLE/IMG_0001.JPG"_s);
+    QVERIFY(escribirFichero(sitio, "bytes"));
+    QFile copia(sitio);
+    QVERIFY(copia.open(QIODevice::ReadWrite) &&
+            copia.setFileTime(QDateTime::fromMSecsSinceEpoch(1'700'000'000'123), QFileDevice::FileModificationTime));
+    auto una = foto("100APPLE/IMG_0001.JPG", 5, 1'700'000'000'123);
+    una.ficha.modificacion = 1'700'000'000'123'456'789;
+    una.ficha.nacimiento = 1'700'000'000'000'000'001;
+    una.ficha.bloques = 8;
+    una.ficha.enlaces = 1;
+    QVERIFY(Copiadas::leer(carpeta.path(), u"U"_s).anotar(una, una.relativa, suma, como(sitio)));
+    const auto notas = carpeta.filePath(Copiadas::nombreDeNotas(u"U"_s));
+    const auto otroDia = [&](qint64 dias) {
+        auto partes = leerFichero(notas).trimmed().split('\t');
+        partes[5] = QByteArray::number(partes[5].toLongLong() + dias * 86'400'000);
+        return escribirFichero(notas, partes.join('\t') + '\n');
+    };
+    if (cambia == u"tamaño")
+        una.ficha.tamano = 6;
+    if (cambia == u"fecha")
+        una.ficha.modificado = una.ficha.modificado.addMSecs(1);
+    if (cambia == u"nanosegundo")
+        ++una.ficha.modificacion;
+    if (cambia == u"nacimiento")
+        ++una.ficha.nacimiento;
+    if (cambia == u"bloques")
+        ++una.ficha.bloques;
+    if (cambia == u"enlaces")
+        ++una.ficha.enlaces;
+    QVERIFY(cambia != u"ayer" || otroDia(-1));
+    QVERIFY(cambia != u"mañana" || otroDia(1));
+    if (cambia == u"antigua")
+        QVERIFY(escribirFichero(notas, leerFichero(notas).split('\t').first(5).join('\t') + '\n'));
+    if (cambia == u"desmentida")
+        QVERIFY(Copiadas::leer(carpeta.path(), u"U"_s).desmentir(una));
+    const auto leidas = Copiadas::leer(carpeta.path(), u"U"_s);
+    QCOMPARE(leidas.huella(una), vale ? std::optional(suma) : std::nullopt);
+    QCOMPARE(leidas.huellaDeSuCopia(una), seConoce ? std::optional(suma) : std::nullopt);
+    QCOMPARE(leidas.juzgar(una).juicio == Copiadas::Juicio::Esta, seConoce);
+}
+
+void PruebaCopiadas::copiaTocada()
+{
+    const QTemporaryDir carpeta;
+    const auto sitio = carpeta.filePath(u"100APPLE/IMG_0001.JPG"_s);
+    const auto una = foto("100APPLE/IMG_0001.JPG", 5, 1'700'000'000'123);
+    const auto juicio = [&] {
+        return Copiadas::leer(carpeta.path(), u"U"_s).juzgar(una).juicio;
+    };
+    QVERIFY(escribirFichero(sitio, "bytes"));
+    // Of that name, size and date, but nothing noted.
+    QFile copia(sitio);
+    const auto fecha = QDateTime::fromMSecsSinceEpoch(1'700'000'000'123);
+    QVERIFY(copia.open(QIODevice::ReadWrite) && copia.setFileTime(fecha, QFileDevice::FileModificationTime));
+    QCOMPARE(juicio(), Copiadas::Juicio::QuizaEste);
+    auto copiadas = Copiadas::leer(carpeta.path(), u"U"_s);
+    QVERIFY(copiadas.anotar(una, una.relativa, suma, como(sitio)));
+    QCOMPARE(juicio(), Copiadas::Juicio::Esta);
+    // Written over, its date put back; moved; of another size.
+    QVERIFY(copia.write("ceros") == 5 && copia.flush() && copia.setFileTime(fecha, QFileDevice::FileModificationTime));
+    QCOMPARE(juicio(), Copiadas::Juicio::QuizaEste);
+    QVERIFY(QDir().mkpath(carpeta.filePath(u"Verano"_s)) &&
+            QFile::rename(sitio, carpeta.filePath(u"Verano/IMG_0001.JPG"_s)));
+    QCOMPARE(juicio(), Copiadas::Juicio::QuizaEste);
+    copiadas = Copiadas::leer(carpeta.path(), u"U"_s);
+    QCOMPARE(copiadas.candidatas(una), QByteArrayList{"Verano/IMG_0001.JPG"});
+    QVERIFY(copiadas.anotarSitio(una, "Verano/IMG_0001.JPG", como(carpeta.filePath(u"Verano/IMG_0001.JPG"_s))));
+    QCOMPARE(juicio(), Copiadas::Juicio::Esta);
+    QVERIFY(copia.resize(4));
+    QCOMPARE(juicio(), Copiadas::Juicio::Falta);
 }
 
 void PruebaCopiadas::sinCarpeta()
@@ -136,7 +230,7 @@ void PruebaCopiadas::sinCarpeta()
     auto copiadas = Copiadas::leer(u"/no/está"_s, u"U"_s);
     const auto una = foto("a.JPG", 1, 1);
     QCOMPARE(copiadas.juzgar(una).juicio, Copiadas::Juicio::Falta);
-    QVERIFY(!copiadas.anotar(una, "a.JPG", QByteArray(32, 's')));
+    QVERIFY(!copiadas.anotar(una, "a.JPG", suma, {}));
 }
 
 QTEST_GUILESS_MAIN(PruebaCopiadas)

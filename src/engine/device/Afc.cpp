@@ -60,6 +60,24 @@ FichaAfc::Tipo tipoDe(const QByteArray &formato)
     return formato == "S_IFLNK" ? FichaAfc::Tipo::Enlace : FichaAfc::Tipo::Otro;
 }
 
+void ponerDato(FichaAfc &ficha, QByteArrayView clave, const QByteArray &valor)
+{
+    if (clave == "st_ifmt") {
+        ficha.tipo = tipoDe(valor);
+    } else if (clave == "st_size") {
+        ficha.tamano = valor.toLongLong();
+    } else if (clave == "st_mtime") {
+        ficha.modificado = momento(valor);
+        ficha.modificacion = valor.toLongLong();
+    } else if (clave == "st_birthtime") {
+        ficha.nacimiento = valor.toLongLong();
+    } else if (clave == "st_blocks") {
+        ficha.bloques = valor.toLongLong();
+    } else if (clave == "st_nlink") {
+        ficha.enlaces = valor.toLongLong();
+    }
+}
+
 /// Waits until the phone says that the reports are where they can be read.
 bool trasladarInformes(const Telefono &telefono)
 {
@@ -176,17 +194,8 @@ Resultado<FichaAfc> Afc::ficha(const QString &ruta)
         return Resultado<FichaAfc>::fallo(motivoDe(error, ruta));
     FichaAfc ficha;
     // Keys and values by turns.
-    for (auto *clave = bruta; clave != nullptr && clave[0] != nullptr && clave[1] != nullptr; clave += 2) {
-        const QByteArray valor(clave[1]);
-        if (qstrcmp(*clave, "st_ifmt") == 0)
-            ficha.tipo = tipoDe(valor);
-        else if (qstrcmp(*clave, "st_size") == 0)
-            ficha.tamano = valor.toLongLong();
-        else if (qstrcmp(*clave, "st_birthtime") == 0)
-            ficha.creado = momento(valor);
-        else if (qstrcmp(*clave, "st_mtime") == 0)
-            ficha.modificado = momento(valor);
-    }
+    for (auto *clave = bruta; clave != nullptr && clave[0] != nullptr && clave[1] != nullptr; clave += 2)
+        ponerDato(ficha, *clave, QByteArray(clave[1]));
     return ficha;
 }
 

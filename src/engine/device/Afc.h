@@ -11,14 +11,29 @@
 namespace vellora::motor
 {
 
-/// What the phone tells of a file. Times are the phone's, in UTC, to the nanosecond cut to milliseconds.
+/// What the phone tells of a file.
 struct FichaAfc {
     enum class Tipo { Fichero, Carpeta, Enlace, Otro };
     Tipo tipo = Tipo::Otro;
     qint64 tamano = 0;
-    QDateTime creado;
-    QDateTime modificado;
-    bool operator==(const FichaAfc &) const = default;
+    QDateTime modificado; ///< in UTC, to the millisecond
+    // Nanoseconds since 1970; 0 when not told.
+    qint64 nacimiento = 0;
+    qint64 modificacion = 0;
+    // Of no interest for what stands in a file: the phone may lay it out anew.
+    qint64 bloques = 0;
+    qint64 enlaces = 0;
+    /// Nothing was written to the file between the two.
+    bool operator==(const FichaAfc &otra) const
+    {
+        return tipo == otra.tipo && tamano == otra.tamano && nacimiento == otra.nacimiento &&
+               modificacion == otra.modificacion;
+    }
+    /// Nothing at all that the phone tells of it has changed.
+    bool identica(const FichaAfc &otra) const
+    {
+        return *this == otra && bloques == otra.bloques && enlaces == otra.enlaces;
+    }
 };
 
 /// Files of the phone, over its file service (AFC): those of the camera roll, of an app, or the crash reports. Paths

@@ -1,12 +1,15 @@
 #include "engine/roll/Copiadas.h"
 
-#include <QFile>
+#include "engine/roll/Huella.h"
 
+#include <QFile>
+#include <QTimeZone>
+
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <fcntl.h>
 #include <fts.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -20,9 +23,9 @@ namespace
 // Dates of a disk from another system are as coarse as that (FAT).
 constexpr qint64 toleranciaDeFecha = 2000;
 
-qint64 modificadoDe(const FicheroDelCarrete &fichero)
+qint64 nanosegundos(const timespec &momento)
 {
-    return fichero.ficha.modificado.toMSecsSinceEpoch();
+    return momento.tv_sec * 1'000'000'000LL + momento.tv_nsec;
 }
 
 qint64 milisegundos(const timespec &momento)
@@ -76,8 +79,9 @@ void Copiadas::leerCarpeta()
         if (entrada->fts_info != FTS_F || !S_ISREG(entrada->fts_statp->st_mode))
             continue;
         const QByteArray relativa(entrada->fts_path + nombre.size() + 1);
-        porNombre[nombreDe(relativa)].push_back(
-            {relativa, entrada->fts_statp->st_size, milisegundos(entrada->fts_statp->st_mtim)});
+        porNombre[nombreDe(relativa)].push_back({relativa, entrada->fts_statp->st_size,
+                                                 milisegundos(entrada->fts_statp->st_mtim),
+                                                 nanosegundos(entrada->fts_statp->st_ctim)});
     }
 }
 
@@ -92,59 +96,157 @@ void Copiadas::leerNotas()
         if (!linea.endsWith('\n'))
             break;
         linea.chop(1);
-        const auto partes = linea.split('\t');
-        bool esTamano = false;
-        bool esFecha = false;
-        if (partes.size() != 5 || partes[0].size() != 64)
-            continue;
-        const Nota nota{QByteArray::fromHex(partes[0]), partes[4], partes[1].toLongLong(&esTamano),
-                        partes[2].toLongLong(&esFecha)};
-        if (esTamano && esFecha && CarpetaDeDestino::esSegura(nota.relativa))
-            anotadas[partes[3]] = nota;
+        leerNota(linea.split('\t'));
     }
+}
+
+void Copiadas::leerNota(const QList<QByteArray> &partes)
+{
+    constexpr qsizetype deAntes = 5;
+    constexpr qsizetype deAhora = 11;
+    if ((partes.size() != deAntes && partes.size() != deAhora) || partes[0].size() != 2 * Huella::largo)
+        return;
+    bool bien = true;
+    const auto numero = [&](qsizetype cual) {
+        bool es = false;
+        const auto valor = partes[cual].toLongLong(&es);
+        bien = bien && es;
+        return valor;
+    };
+    Nota nota;
+    nota.huella = QByteArray::fromHex(partes[0]);
+    nota.relativa = partes[4];
+    nota.ficha.tamano = numero(1);
+    nota.ficha.modificado = QDateTime::fromMSecsSinceEpoch(numero(2), QTimeZone::utc());
+    if (partes.size() == deAhora) {
+        nota.momento = numero(5);
+        nota.ficha.modificacion = numero(6);
+        nota.ficha.nacimiento = numero(7);
+        nota.ficha.bloques = numero(8);
+        nota.ficha.enlaces = numero(9);
+        nota.cambio = numero(10);
+    }
+    nota.ficha.tipo = FichaAfc::Tipo::Fichero;
+    if (!bien)
+        return;
+    if (nota.relativa.isEmpty())
+        anotadas.remove(partes[3]);
+    else if (CarpetaDeDestino::esSegura(nota.relativa))
+        anotadas[partes[3]] = nota;
 }
 
 const Copiadas::Nota *Copiadas::nota(const FicheroDelCarrete &fichero) const
 {
     const auto hallada = anotadas.constFind(fichero.relativa);
-    const bool vale = hallada != anotadas.cend() && hallada->tamano == fichero.ficha.tamano &&
-                      hallada->modificado == modificadoDe(fichero);
-    return vale ? &*hallada : nullptr;
+    if (hallada == anotadas.cend() || hallada->ficha.tamano != fichero.ficha.tamano ||
+        hallada->ficha.modificado.toMSecsSinceEpoch() != fichero.ficha.modificado.toMSecsSinceEpoch())
+        return nullptr;
+    // Of the same size and date, but written anew by the phone.
+    const bool esOtro = hallada->momento != 0 && hallada->ficha != fichero.ficha;
+    return esOtro ? nullptr : &*hallada;
+}
+
+bool Copiadas::estaIntacta(const Nota &suya) const
+{
+    const auto hallados = porNombre.constFind(nombreDe(suya.relativa));
+    if (hallados == porNombre.cend())
+        return false;
+    return std::any_of(hallados->begin(), hallados->end(), [&](const Local &local) {
+        if (local.relativa != suya.relativa || local.tamano != suya.ficha.tamano)
+            return false;
+        return suya.cambio != 0
+                   ? local.cambio == suya.cambio
+                   : std::abs(local.modificado - suya.ficha.modificado.toMSecsSinceEpoch()) <= toleranciaDeFecha;
+    });
 }
 
 Copiadas::Copia Copiadas::juzgar(const FicheroDelCarrete &fichero) const
 {
     const auto *suya = nota(fichero);
-    const auto hallados = porNombre.constFind(nombreDe(suya != nullptr ? suya->relativa : fichero.relativa));
-    if (hallados == porNombre.cend())
-        return {};
-    Copia mejor;
-    for (const auto &local : *hallados) {
-        if (local.tamano != fichero.ficha.tamano)
-            continue;
-        const bool esLaAnotada = suya != nullptr && local.relativa == suya->relativa;
-        if (esLaAnotada || std::abs(local.modificado - modificadoDe(fichero)) <= toleranciaDeFecha)
-            return {Juicio::Esta, local.relativa};
-        if (mejor.juicio == Juicio::Falta || local.relativa == fichero.relativa)
-            mejor = {Juicio::QuizaEste, local.relativa};
+    if (suya != nullptr && estaIntacta(*suya))
+        return {Juicio::Esta, suya->relativa};
+    const auto posibles = candidatas(fichero);
+    return posibles.isEmpty() ? Copia() : Copia{Juicio::QuizaEste, posibles.front()};
+}
+
+QByteArrayList Copiadas::candidatas(const FicheroDelCarrete &fichero) const
+{
+    const auto *suya = nota(fichero);
+    // The copy may be noted under another name, and that note be of no use.
+    QByteArrayList nombres{nombreDe(fichero.relativa)};
+    if (suya != nullptr && nombreDe(suya->relativa) != nombres.front())
+        nombres << nombreDe(suya->relativa);
+    std::vector<std::pair<int, QByteArray>> halladas;
+    for (const auto &nombre : nombres) {
+        for (const auto &local : porNombre.value(nombre)) {
+            if (local.tamano != fichero.ficha.tamano)
+                continue;
+            const bool esDeEntonces =
+                std::abs(local.modificado - fichero.ficha.modificado.toMSecsSinceEpoch()) <= toleranciaDeFecha;
+            const int orden = suya != nullptr && local.relativa == suya->relativa ? 0
+                              : local.relativa == fichero.relativa                ? 1
+                              : esDeEntonces                                      ? 2
+                                                                                  : 3;
+            halladas.emplace_back(orden, local.relativa);
+        }
     }
-    return mejor;
+    std::sort(halladas.begin(), halladas.end());
+    QByteArrayList posibles;
+    for (auto &hallada : halladas)
+        posibles << std::move(hallada.second);
+    return posibles;
 }
 
 std::optional<QByteArray> Copiadas::huella(const FicheroDelCarrete &fichero) const
 {
     const auto *suya = nota(fichero);
+    if (suya == nullptr || suya->momento == 0 || !suya->ficha.identica(fichero.ficha))
+        return {};
+    const auto entonces = QDateTime::fromMSecsSinceEpoch(suya->momento);
+    const auto ahora = QDateTime::currentDateTime();
+    const bool esDeHoy = entonces.date() == ahora.date() && entonces <= ahora;
+    return esDeHoy ? std::optional(suya->huella) : std::nullopt;
+}
+
+std::optional<QByteArray> Copiadas::huellaDeSuCopia(const FicheroDelCarrete &fichero) const
+{
+    const auto *suya = nota(fichero);
     return suya != nullptr ? std::optional(suya->huella) : std::nullopt;
 }
 
-bool Copiadas::anotar(const FicheroDelCarrete &fichero, const QByteArray &relativa, const QByteArray &huella)
+bool Copiadas::anotar(const FicheroDelCarrete &fichero, const QByteArray &relativa, const QByteArray &huella,
+                      const struct stat &copia)
 {
-    if (!cabeEnUnaLinea(fichero.relativa) || !cabeEnUnaLinea(relativa))
+    return escribirNota(fichero.relativa, {huella, relativa, fichero.ficha, QDateTime::currentMSecsSinceEpoch(),
+                                           nanosegundos(copia.st_ctim)});
+}
+
+bool Copiadas::anotarSitio(const FicheroDelCarrete &fichero, const QByteArray &relativa, const struct stat &copia)
+{
+    const auto *suya = nota(fichero);
+    if (suya == nullptr)
         return true;
-    QByteArray linea = huella.toHex();
-    for (const auto &parte : {QByteArray::number(fichero.ficha.tamano), QByteArray::number(modificadoDe(fichero)),
-                              fichero.relativa, relativa})
-        linea += '\t' + parte;
+    auto nueva = *suya;
+    nueva.relativa = relativa;
+    nueva.cambio = nanosegundos(copia.st_ctim);
+    return escribirNota(fichero.relativa, nueva);
+}
+
+bool Copiadas::desmentir(const FicheroDelCarrete &fichero)
+{
+    return escribirNota(fichero.relativa, {QByteArray(Huella::largo, '\0'), {}, fichero.ficha, 0, 0});
+}
+
+bool Copiadas::escribirNota(const QByteArray &enElCarrete, const Nota &nota)
+{
+    if (!cabeEnUnaLinea(enElCarrete) || !cabeEnUnaLinea(nota.relativa))
+        return true;
+    QByteArray linea = nota.huella.toHex() + '\t' + QByteArray::number(nota.ficha.tamano) + '\t' +
+                       QByteArray::number(nota.ficha.modificado.toMSecsSinceEpoch()) + '\t' + enElCarrete + '\t' +
+                       nota.relativa;
+    for (const auto valor : {nota.momento, nota.ficha.modificacion, nota.ficha.nacimiento, nota.ficha.bloques,
+                             nota.ficha.enlaces, nota.cambio})
+        linea += '\t' + QByteArray::number(valor);
     linea += '\n';
     const std::lock_guard cerrojo(*mutex);
     if (!abierta) {

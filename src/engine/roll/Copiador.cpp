@@ -2,6 +2,7 @@
 
 #include "core/Formato.h"
 #include "engine/Interrupcion.h"
+#include "engine/roll/Colocacion.h"
 #include "engine/roll/FicheroLocal.h"
 #include "engine/roll/Huella.h"
 
@@ -27,7 +28,6 @@ constexpr size_t ficherosDelLote = 200;
 constexpr qint64 bytesDelLote = 256LL * 1024 * 1024;
 // From here on the owner is told how far one single file is.
 constexpr qint64 ficheroLargo = 64LL * 1024 * 1024;
-constexpr int mismosNombres = 1000;
 
 const auto sinSitio =
     u"No cabe en el disco del Mac. Libera espacio y vuelve a intentarlo: lo que ya está copiado no se repite."_s;
@@ -127,7 +127,7 @@ public:
     {
         for (auto i = comun.siguiente++; i < comun.ficheros.size() && !comun.hayQueParar(); i = comun.siguiente++) {
             const auto &fichero = comun.ficheros[i];
-            if (copiadas.juzgar(fichero).juicio == Copiadas::Juicio::Esta)
+            if (estaYa(fichero))
                 comun.contar(&CuentaDeCopia::saltados, fichero);
             else
                 traer(fichero);
@@ -203,39 +203,40 @@ private:
         conNombreNuevo = true;
     }
 
+    /// Its copy stands there as it was noted, or elsewhere with the content that was noted.
+    bool estaYa(const FicheroDelCarrete &fichero)
+    {
+        const auto juicio = copiadas.juzgar(fichero).juicio;
+        if (juicio != Copiadas::Juicio::QuizaEste)
+            return juicio == Copiadas::Juicio::Esta;
+        const auto huella = copiadas.huellaDeSuCopia(fichero);
+        for (const auto &candidata : huella ? copiadas.candidatas(fichero) : QByteArrayList()) {
+            const auto abierta = carpeta.leer(candidata);
+            struct stat como = {};
+            if (abierta && fstat(*abierta, &como) == 0 && S_ISREG(como.st_mode) && huellaDe(*abierta) == huella) {
+                copiadas.anotarSitio(fichero, candidata, como);
+                return true;
+            }
+        }
+        return false;
+    }
+
     void colocar(const Traido &traido)
     {
-        const auto entero = carpeta.leer(CarpetaDeDestino::nombreDeTrabajo(traido.numero));
         struct stat como = {};
+        const auto entero = carpeta.leer(carpeta.nombreDeTrabajo(traido.numero));
         // What the disk says that it has, against what the phone said.
         if (!entero || fstat(*entero, &como) != 0 || como.st_size != traido.fichero->ficha.tamano)
             return noColocado(traido, u"no ha quedado entero en el disco"_s);
-        for (int vez = 1; vez <= mismosNombres; ++vez) {
-            const auto nombre = otroNombre(traido.fichero->relativa, vez);
-            const auto sitio = carpeta.colocarSiCabe(traido.numero, nombre);
-            if (sitio == CarpetaDeDestino::Sitio::Negado)
-                return noColocado(traido, u"no se le puede dar su nombre en la carpeta"_s);
-            if (sitio == CarpetaDeDestino::Sitio::Suyo)
-                return anotar(traido, nombre);
-            const auto ocupado = carpeta.leer(nombre);
-            const auto parecido = ocupado ? comparar(*ocupado, *entero) : Parecido::Otro;
-            if (parecido == Parecido::Igual) {
-                comun.corregir(&CuentaDeCopia::saltados);
-                carpeta.desechar(traido.numero);
-                return anotar(traido, nombre);
-            }
-            if (parecido == Parecido::Principio)
-                return carpeta.colocar(traido.numero, nombre) ? anotar(traido, nombre)
-                                                              : noColocado(traido, u"no se le puede dar su nombre"_s);
-        }
-        noColocado(traido, u"hay demasiados con su nombre"_s);
-    }
-
-    void anotar(const Traido &traido, const QByteArray &nombre)
-    {
+        const auto colocado =
+            colocarPorContenido(carpeta, traido.numero, traido.fichero->relativa, copiadas.candidatas(*traido.fichero));
+        if (colocado.fin == Colocado::Fin::Negado)
+            return noColocado(traido, u"no se le puede dar su nombre en la carpeta"_s);
+        if (colocado.fin == Colocado::Fin::YaEstaba)
+            comun.corregir(&CuentaDeCopia::saltados);
         // Without its note the copy is as good; only its content has to be read again one day.
         if (!traido.huella.isEmpty())
-            copiadas.anotar(*traido.fichero, nombre, traido.huella);
+            copiadas.anotar(*traido.fichero, colocado.relativa, traido.huella, colocado.como);
     }
 
     void noColocado(const Traido &traido, const QString &por)

@@ -20,8 +20,8 @@ struct CuentaDeCopia {
 
 /// Brings files of the roll into a folder, those that are not there yet, over all connections. Each is written under a
 /// working name, told by its phone to be whole and unchanged, put on the disk, dated as in the phone, and only then
-/// named; never over another file: one that bears its name gives way to nothing, and the new one becomes "… (2)". Only
-/// a file that the new one begins with, what is left of a copy cut off, is replaced.
+/// named; never over another file: one that bears its name gives way to nothing, and the new one becomes "… (2)". What
+/// was noted and is untouched is there already; of anything else the content decides.
 class Copiador
 {
 public:

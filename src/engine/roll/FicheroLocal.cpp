@@ -33,23 +33,23 @@ void ponerFecha(int descriptor, const QDateTime &modificado)
     futimens(descriptor, fechas.data());
 }
 
-Parecido comparar(int suyo, int entero)
+bool sonIguales(int uno, int otro)
 {
     constexpr size_t bloque = 128UL * 1024;
+    struct stat suyo = {};
+    struct stat ajeno = {};
+    if (fstat(uno, &suyo) != 0 || fstat(otro, &ajeno) != 0 || !S_ISREG(suyo.st_mode) || suyo.st_size != ajeno.st_size)
+        return false;
     const auto unos = std::make_unique<std::array<char, bloque>>();
     const auto otros = std::make_unique<std::array<char, bloque>>();
-    struct stat como = {};
-    if (fstat(suyo, &como) != 0 || !S_ISREG(como.st_mode))
-        return Parecido::Otro;
-    for (off_t donde = 0;;) {
-        const auto leidos = pread(suyo, unos->data(), bloque, donde);
-        const auto debidos = pread(entero, otros->data(), bloque, donde);
-        if (leidos < 0 || debidos < leidos || !std::equal(unos->begin(), unos->begin() + leidos, otros->begin()))
-            return Parecido::Otro;
-        if (leidos == 0)
-            return debidos == 0 ? Parecido::Igual : Parecido::Principio;
+    for (off_t donde = 0; donde < suyo.st_size;) {
+        const auto leidos = pread(uno, unos->data(), bloque, donde);
+        if (leidos <= 0 || pread(otro, otros->data(), bloque, donde) != leidos ||
+            !std::equal(unos->begin(), unos->begin() + leidos, otros->begin()))
+            return false;
         donde += leidos;
     }
+    return true;
 }
 
 } // namespace vellora::motor

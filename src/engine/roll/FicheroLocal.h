@@ -13,8 +13,7 @@ bool escribir(int descriptor, QByteArrayView bytes);
 /// Sets the date of a file to what the phone told; an invalid one changes nothing.
 void ponerFecha(int descriptor, const QDateTime &modificado);
 
-enum class Parecido { Igual, Principio, Otro };
-/// How a file stands to a whole one: the same, its beginning, or something else.
-Parecido comparar(int suyo, int entero);
+/// True of two open plain files with the same bytes.
+bool sonIguales(int uno, int otro);
 
 } // namespace vellora::motor
