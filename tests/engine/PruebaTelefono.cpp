@@ -128,7 +128,8 @@ void PruebaTelefono::ficheros()
         QVERIFY(ficha && ficha->tipo == FichaAfc::Tipo::Fichero);
         QCOMPARE(ficha->tamano, local.size());
         QCOMPARE(ficha->modificado, local.lastModified());
-        QVERIFY(ficha->creado.isValid());
+        QVERIFY(ficha->nacimiento > 0 && ficha->bloques > 0 && ficha->enlaces == 1);
+        QCOMPARE(ficha->modificacion / 1'000'000, local.lastModified().toMSecsSinceEpoch());
         QCOMPARE(leido(*afc, ruta), leido(local.filePath()));
     }
 
