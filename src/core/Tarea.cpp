@@ -164,7 +164,12 @@ void Tarea::lanzarMotorPublico(const QStringList &argumentos, const QString &tit
         else if (loDemas == LoDemas::AlRegistro)
             apunta(texto);
     };
-    ejecutorMotor.lanzar(motor->ejecutable, motor->argumentos + argumentos, linea, alTerminar);
+    // A cancelled child ends seconds later, when the next job may already run: its word is nobody's any more.
+    const auto final = [this, numero = trabajo_, alTerminar](int codigo) {
+        if (sigue(numero))
+            alTerminar(codigo);
+    };
+    ejecutorMotor.lanzar(motor->ejecutable, motor->argumentos + argumentos, linea, final);
 }
 
 void Tarea::cerrarAviso()

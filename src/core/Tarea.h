@@ -80,9 +80,10 @@ public:
     using AlAvisar = std::function<void(const Motor::Aviso &)>;
     using AlTerminar = std::function<void(int)>;
     /// Runs a command of the engine as the job, on top of one that was already begun or as one of its own. Notices go
-    /// to `alAvisar` and other lines to the log, both only while this job runs. `alTerminar` gets the exit status, also
-    /// after a cancel, and has to `cerrar`; it is not called when there is no engine, which closes the job as failed.
-    /// `confirmado`: the owner has agreed to what the command destroys; without it the engine only plans.
+    /// to `alAvisar` and other lines to the log. `alTerminar` gets the exit status and has to `cerrar`; it is not
+    /// called when there is no engine, which closes the job as failed. All of them only while this job runs: what a
+    /// cancelled child says later reaches nobody, so that it cannot close the job that came after. `acabada` tells of
+    /// every end. `confirmado`: the owner has agreed to what the command destroys; without it the engine only plans.
     /// `loDemas`: a command whose notices hold secrets keeps even the shreds of a broken one out of the log.
     enum class LoDemas { AlRegistro, Callado };
     void lanzarMotorPublico(const QStringList &argumentos, const QString &titulo, bool confirmado,

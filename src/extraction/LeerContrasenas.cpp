@@ -90,9 +90,7 @@ void leerContrasenas(Tarea &tarea, const QString &carpetaCopias, const QString &
     tarea.lanzarMotorPublico(
         {u"contrasenas"_s, udid, carpetaCopias + u'/' + udid, clave}, titulo, false,
         [&tarea, lectura](const Motor::Aviso &aviso) { alAvisar(tarea, *lectura, aviso); },
-        [&tarea, lectura, resultado, numero = tarea.trabajo()](int codigo) {
-            if (!tarea.sigue(numero))
-                return;
+        [&tarea, lectura, resultado](int codigo) {
             const auto final = comoAcabo(*lectura, codigo);
             tarea.cerrar(!std::holds_alternative<FalloDeClaves>(final));
             resultado(final);

@@ -108,9 +108,7 @@ void sacarMisDatos(Tarea &tarea, const QString &udid, const QString &carpetaCopi
     tarea.lanzarMotorPublico(
         {u"extraer"_s, udid, carpetaCopias, desempaquetada}, titulo, false,
         [&tarea](const Motor::Aviso &aviso) { alAvisar(tarea, aviso); },
-        [&tarea, numero = tarea.trabajo(), desempaquetada, destino, cifrada](int codigo) {
-            if (!tarea.sigue(numero))
-                return;
+        [&tarea, desempaquetada, destino, cifrada](int codigo) {
             if (codigo == 0 && QFileInfo(desempaquetada).isDir())
                 return leer(tarea, destino, cifrada);
             tarea.ponDetalle(u"No se pudo abrir la copia"_s);

@@ -79,20 +79,16 @@ void mirar(Tarea &tarea, const QStringList &orden, const QString &titulo, const 
         else
             alAvisar(aviso);
     };
-    const auto numero = std::make_shared<int>(0);
-    const auto terminado = [&tarea, alAcabar, hecho, numero](int codigo) {
+    const auto terminado = [&tarea, hecho](int codigo) {
         const bool bien = codigo == 0 && *hecho;
-        if (tarea.sigue(*numero)) {
-            if (!bien)
-                tarea.ponDetalle(u"No se pudo completar"_s);
-            tarea.cerrar(bien);
-        }
-        alAcabar();
+        if (!bien)
+            tarea.ponDetalle(u"No se pudo completar"_s);
+        tarea.cerrar(bien);
     };
     tarea.lanzarMotorPublico(orden, titulo, false, avisado, terminado);
-    *numero = tarea.trabajo(); // nothing of the child arrives before the main loop runs again
-    if (!Motor::disponible())
-        alAcabar(); // the job has been closed, and no child will end
+    if (!tarea.enMarcha())
+        return alAcabar(); // there is no engine
+    QObject::connect(&tarea, &Tarea::acabada, &tarea, alAcabar, Qt::SingleShotConnection);
 }
 
 } // namespace
