@@ -3,6 +3,7 @@
 #include "core/Formato.h"
 #include "photos/BorrarFotos.h"
 #include "photos/CopiarFotos.h"
+#include "session/Consentimiento.h"
 #include "session/Modelo.h"
 
 using namespace Qt::StringLiterals;
@@ -10,7 +11,8 @@ using namespace Qt::StringLiterals;
 namespace vellora
 {
 
-Fotos::Fotos(Modelo &elModelo, QObject *padre) : QObject(padre), modelo(elModelo)
+Fotos::Fotos(Modelo &elModelo, Consentimiento &elConsentimiento, QObject *padre)
+    : QObject(padre), modelo(elModelo), consentimiento(elConsentimiento)
 {
     connect(&modelo, &Modelo::cambioDeSesion, this, &Fotos::cambioDeCarpeta);
 }
@@ -40,12 +42,6 @@ void Fotos::abrirCarpeta()
     modelo.abrirEnFinder(carpeta());
 }
 
-void Fotos::ponAviso(const QString &texto)
-{
-    aviso_ = texto;
-    emit cambio();
-}
-
 void Fotos::copiar()
 {
     if (const auto &elegido = modelo.seleccionado(); elegido && !modelo.tarea().enMarcha())
@@ -57,42 +53,35 @@ void Fotos::prepararLiberacion()
     const auto &elegido = modelo.seleccionado();
     if (!elegido || modelo.tarea().enMarcha())
         return;
-    plan.reset();
-    planDeLiberacion(modelo.tarea(), elegido->id, carpeta(), [this](const PlanLiberar &hecho) {
-        plan = hecho;
-        if (hecho.archivos < 1)
-            return ponAviso(u"No hay nada que borrar sin riesgo. Copia antes las fotos al Mac, o apunta la carpeta a "
-                            "donde ya las tengas guardadas."_s);
-        confirmandoLiberar_ = true;
-        emit cambio();
+    planDeLiberacion(modelo.tarea(), elegido->id, carpeta(), [this, udid = elegido->id](const PlanLiberar &plan) {
+        if (plan.archivos < 1)
+            return consentimiento.avisar(
+                u"No hay nada que borrar sin riesgo. Copia antes las fotos al Mac, o apunta la "
+                "carpeta a donde ya las tengas guardadas."_s);
+        preguntarPorLiberar(udid, plan);
     });
 }
 
-QString Fotos::preguntaDeLiberar() const
+void Fotos::preguntarPorLiberar(const QString &udid, const PlanLiberar &plan)
 {
-    if (!plan)
-        return {};
-    auto texto = u"Se borrarán %1 archivos y recuperarás %2."_s.arg(plan->archivos).arg(Formato::tamano(plan->bytes));
-    if (plan->sinCopiar > 0)
-        texto += u"\n\nOtros %1 se quedan porque NO están copiados."_s.arg(plan->sinCopiar);
-    return texto;
-}
-
-void Fotos::dejarDePreguntarPorLiberar()
-{
-    confirmandoLiberar_ = false;
-    emit cambio();
-}
-
-void Fotos::preguntarPorTodas(bool si)
-{
-    confirmandoBorrarTodas_ = si;
-    emit cambio();
+    auto texto = u"Se borrarán %1 archivos y recuperarás %2."_s.arg(plan.archivos).arg(Formato::tamano(plan.bytes));
+    if (plan.sinCopiar > 0)
+        texto += u"\n\nOtros %1 se quedan porque NO están copiados."_s.arg(plan.sinCopiar);
+    const auto suCarpeta = carpeta();
+    const auto otraCarpeta = [this, suCarpeta]() -> std::optional<QString> {
+        if (carpeta() == suCarpeta)
+            return {};
+        return u"No he borrado nada: la carpeta de las fotos ya no es la de antes."_s;
+    };
+    consentimiento.plantear({u"¿Borrar del iPhone lo que ya está en el Mac?"_s, texto, u"Borrar del iPhone"_s,
+                             u"No tocar nada"_s, Cerradura::BorrarCopiadas, udid, otraCarpeta, [this, udid, suCarpeta] {
+                                 liberarEspacio(modelo.tarea(), udid, suCarpeta);
+                             }});
 }
 
 void Fotos::borrarTodas(const QString &udid)
 {
-    borrarBibliotecaDeFotos(modelo.tarea(), udid, [this](const QString &resumen) { ponAviso(resumen); });
+    borrarBibliotecaDeFotos(modelo.tarea(), udid, [this](const QString &resumen) { consentimiento.avisar(resumen); });
 }
 
 QString Fotos::pocoSitio() const

@@ -4,6 +4,7 @@
 #include "core/SegundoPlano.h"
 #include "photos/ElegidasDelCarrete.h"
 #include "photos/VistaDelCarrete.h"
+#include "session/Consentimiento.h"
 #include "session/Modelo.h"
 
 #include <QFileInfo>
@@ -27,7 +28,8 @@ QUrl imagenDe(const QString &como, const QString &fichero)
 
 } // namespace
 
-SeleccionFotos::SeleccionFotos(Modelo &elModelo, QObject *padre) : QAbstractListModel(padre), modelo(elModelo)
+SeleccionFotos::SeleccionFotos(Modelo &elModelo, Consentimiento &elConsentimiento, QObject *padre)
+    : QAbstractListModel(padre), modelo(elModelo), consentimiento(elConsentimiento)
 {
     connect(&galeria, &Galeria::hecha, this, &SeleccionFotos::llegada);
     connect(&modelo.tarea(), &Tarea::acabada, this, &SeleccionFotos::acabada);
@@ -50,8 +52,6 @@ void SeleccionFotos::cerrar()
 {
     abierta_ = false;
     cargando_ = false;
-    confirmandoBorrar_ = false;
-    mensaje_.clear();
     olvidar();
     emit cambio();
 }
@@ -212,40 +212,27 @@ QString SeleccionFotos::pesoMarcadoTexto() const
     return Formato::tamano(peso);
 }
 
-QString SeleccionFotos::preguntaDeBorrar() const
-{
-    return preguntaDeBorrarElegidas(marcados.size(), peso, sinCopiar);
-}
-
 void SeleccionFotos::pedirBorrar()
 {
     if (marcados.isEmpty() || modelo.tarea().enMarcha())
         return;
-    confirmandoBorrar_ = true;
-    emit cambio();
+    const auto rutas = rutasMarcadas();
+    const auto otras = [this, rutas, suyo = udid]() -> std::optional<QString> {
+        if (udid == suyo && rutasMarcadas() == rutas)
+            return {};
+        return u"No he borrado nada: lo que está marcado ya no es lo mismo que cuando te pregunté."_s;
+    };
+    consentimiento.plantear({u"¿Borrar del iPhone lo que has marcado?"_s,
+                             preguntaDeBorrarElegidas(marcados.size(), peso, sinCopiar), u"Borrar del iPhone"_s,
+                             u"No borrar nada"_s, Cerradura::BorrarFotos, udid, otras, [this, rutas] {
+                                 borrar(rutas);
+                             }});
 }
 
-void SeleccionFotos::dejarDePreguntar()
+void SeleccionFotos::borrar(const QStringList &rutas)
 {
-    confirmandoBorrar_ = false;
-    emit cambio();
-}
-
-void SeleccionFotos::quitarMensaje()
-{
-    mensaje_.clear();
-    emit cambio();
-}
-
-void SeleccionFotos::borrarMarcadas(const QString &deQuien)
-{
-    // What was marked belongs to the roll that was read.
-    if (deQuien != udid || marcados.isEmpty())
-        return;
-    borrarElegidasDeVerdad(modelo.tarea(), udid, rutasMarcadas(), [this](const QString &resumen) {
-        mensaje_ = resumen;
-        emit cambio();
-    });
+    borrarElegidasDeVerdad(modelo.tarea(), udid, rutas,
+                           [this](const QString &resumen) { consentimiento.avisar(resumen); });
     porLeer = modelo.tarea().enMarcha();
 }
 

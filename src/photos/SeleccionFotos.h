@@ -10,6 +10,7 @@
 namespace vellora
 {
 
+class Consentimiento;
 class Modelo;
 
 /// The phone's roll as a person looks through it: the photos on show, in rows, and those marked. Main thread only.
@@ -22,14 +23,11 @@ class SeleccionFotos : public QAbstractListModel
     Q_PROPERTY(bool abierta READ abierta NOTIFY cambio)
     Q_PROPERTY(bool cargando READ cargando NOTIFY cambio)
     Q_PROPERTY(bool noSeLee READ noSeLee NOTIFY cambio)
-    Q_PROPERTY(bool confirmandoBorrar READ confirmandoBorrar NOTIFY cambio)
-    Q_PROPERTY(QString mensaje READ mensaje NOTIFY cambio)
     Q_PROPERTY(int cuantos READ cuantos NOTIFY cambio)
     Q_PROPERTY(int visibles READ rowCountPropiedad NOTIFY cambio)
     Q_PROPERTY(int marcados READ cuantosMarcados NOTIFY marcasCambio)
     Q_PROPERTY(QString pesoMarcado READ pesoMarcadoTexto NOTIFY marcasCambio)
     Q_PROPERTY(int sinCopiarMarcados READ sinCopiarMarcados NOTIFY marcasCambio)
-    Q_PROPERTY(QString preguntaDeBorrar READ preguntaDeBorrar NOTIFY cambio)
 
 public:
     enum Papel {
@@ -45,7 +43,7 @@ public:
         PapelPeso
     };
 
-    explicit SeleccionFotos(Modelo &elModelo, QObject *padre = nullptr);
+    SeleccionFotos(Modelo &elModelo, Consentimiento &elConsentimiento, QObject *padre = nullptr);
 
     const QString &filtro() const { return filtro_; }
     const QString &orden() const { return orden_; }
@@ -61,15 +59,11 @@ public:
     bool cargando() const { return cargando_; }
     /// The last reading failed; the job's log says why.
     bool noSeLee() const { return noSeLee_; }
-    bool confirmandoBorrar() const { return confirmandoBorrar_; }
-    /// What the last deletion came to; empty when there is nothing to tell.
-    const QString &mensaje() const { return mensaje_; }
     int cuantos() const { return static_cast<int>(elementos->size()); }
     int cuantosMarcados() const { return static_cast<int>(marcados.size()); }
     qint64 pesoMarcado() const { return peso; }
     int sinCopiarMarcados() const { return sinCopiar; }
     QStringList rutasMarcadas() const;
-    QString preguntaDeBorrar() const;
 
     /// Opens the view and reads the roll of the selected phone; a job that runs is waited for.
     Q_INVOKABLE void abrir();
@@ -78,12 +72,8 @@ public:
     Q_INVOKABLE void marcar(int fila);
     Q_INVOKABLE void marcarTodas();
     Q_INVOKABLE void ninguna();
+    /// Asks before what is marked leaves the phone; what the owner marks or unmarks meanwhile takes the question back.
     Q_INVOKABLE void pedirBorrar();
-    /// Closes the question.
-    void dejarDePreguntar();
-    Q_INVOKABLE void quitarMensaje();
-    /// Deletes what is marked off that phone. The owner has agreed.
-    void borrarMarcadas(const QString &udid);
 
     /// What a row's photo is drawn from, large: its copy where there is one, else its small picture.
     Q_INVOKABLE QUrl imagenGrande(int fila) const;
@@ -111,8 +101,10 @@ private:
     void ponMarca(const ElementoGaleria &uno, bool puesta);
     void llegada(const QString &ruta);
     void olvidar();
+    void borrar(const QStringList &rutas);
 
     Modelo &modelo;
+    Consentimiento &consentimiento;
     mutable Galeria galeria; ///< asked for pictures by reading rows
     std::shared_ptr<const Elementos> elementos = std::make_shared<Elementos>();
     QList<int> filas; ///< places in `elementos`
@@ -124,13 +116,11 @@ private:
     QString filtro_;
     QString orden_ = QStringLiteral("nombre");
     QString busqueda_;
-    QString mensaje_;
     bool abierta_ = false;
     bool cargando_ = false;
     bool noSeLee_ = false;
     bool porLeer = false; ///< once the job that runs is over
-    bool confirmandoBorrar_ = false;
-    int vuelta = 0; ///< of `reordenar`: an earlier one that comes later is dropped
+    int vuelta = 0;       ///< of `reordenar`: an earlier one that comes later is dropped
 };
 
 } // namespace vellora

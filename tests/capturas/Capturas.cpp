@@ -444,7 +444,7 @@ void Sesion::fotos()
     pulsa(u"Espacio"_s);
     foto(u"espacio"_s);
     pulsa(u"Liberar espacio"_s);
-    espera("a notice", [this] { return !programa.fotos.aviso().isEmpty() && !modelo.tarea().enMarcha(); });
+    espera("a notice", [this] { return !programa.consentimiento.aviso().isEmpty() && !modelo.tarea().enMarcha(); });
     foto(u"nada-que-liberar"_s);
     tecla(Qt::Key_Escape);
     modelo.tarea().cerrarAviso();
@@ -466,15 +466,14 @@ void Sesion::fotos()
     pulsa(u"Limpieza"_s);
     foto(u"limpieza"_s, {960, 1280, 1920});
     pulsa(u"Borrar lo que ya está copiado"_s);
-    espera("the plan", [this] { return programa.fotos.confirmandoLiberar() && !modelo.tarea().enMarcha(); });
+    espera("the plan", [this] { return programa.consentimiento.abierto() && !modelo.tarea().enMarcha(); });
     foto(u"liberar"_s);
     tecla(Qt::Key_Escape);
     modelo.tarea().cerrarAviso();
     pulsa(u"BORRAR TODAS las fotos"_s);
     foto(u"borrar-todas"_s);
-    tecla(Qt::Key_Escape);
-    programa.resolverBorrarTodas(true);
-    espera("the deletion", [this] { return !modelo.tarea().enMarcha() && !programa.fotos.aviso().isEmpty(); });
+    programa.consentimiento.responder(true);
+    espera("the deletion", [this] { return !modelo.tarea().enMarcha() && !programa.consentimiento.aviso().isEmpty(); });
     foto(u"todo-borrado"_s);
     tecla(Qt::Key_Escape);
     modelo.tarea().cerrarAviso();

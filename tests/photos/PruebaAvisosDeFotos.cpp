@@ -5,6 +5,7 @@
 #include "photos/ElegidasDelCarrete.h"
 #include "photos/Fotos.h"
 #include "photos/LiberarEspacio.h"
+#include "session/Consentimiento.h"
 #include "session/Modelo.h"
 #include "support/BaseDePrueba.h"
 
@@ -40,6 +41,7 @@ private slots:
     void carpeta();
     void pocoSitio_data();
     void pocoSitio();
+    void elFinTardioNoCierraElTrabajoSiguiente();
 
 private:
     /// The engine will say these lines and end so.
@@ -350,7 +352,9 @@ void PruebaAvisosDeFotos::carpeta()
 {
     Modelo modelo;
     QVERIFY(asentado(modelo));
-    Fotos fotos(modelo);
+    Cerradura cerradura;
+    Consentimiento consentimiento(modelo, cerradura);
+    Fotos fotos(modelo, consentimiento);
     const auto deSiempre = modelo.carpetaBase() + u"/Fotos"_s;
     QVERIFY(fotos.carpeta() == deSiempre && fotos.carpetaEsLaDeSiempre());
     const auto otra = QDir::homePath() + u"/disco/Fotos"_s;
@@ -383,12 +387,47 @@ void PruebaAvisosDeFotos::pocoSitio()
     QFETCH(const bool, avisa);
     Modelo modelo;
     QVERIFY(asentado(modelo));
-    const Fotos fotos(modelo);
+    Cerradura cerradura;
+    Consentimiento consentimiento(modelo, cerradura);
+    const Fotos fotos(modelo, consentimiento);
     Dispositivo telefono;
     telefono.id = u"U"_s;
     telefono.libresBytes = libres < 0 ? std::nullopt : std::optional(libres);
     modelo.aplicar({telefono}, {});
     QCOMPARE(!fotos.pocoSitio().isEmpty(), avisa);
+}
+
+void PruebaAvisosDeFotos::elFinTardioNoCierraElTrabajoSiguiente()
+{
+    using Lanzar = std::function<void(Tarea &)>;
+    const QString u = u"U"_s;
+    const QString carpetaFotos = QDir::homePath() + u"/Fotos"_s;
+    const auto nada = [](const auto &...) {
+    };
+    const QList<Lanzar> operaciones{
+        [&](Tarea &t) { liberarEspacio(t, u, carpetaFotos); },
+        [&](Tarea &t) { planDeLiberacion(t, u, carpetaFotos, nada); },
+        [&](Tarea &t) { borrarTodasLasFotos(t, u); },
+        [&](Tarea &t) { borrarBibliotecaDeFotos(t, u, nada); },
+        [&](Tarea &t) { borrarElegidas(t, u, {u"/DCIM/a"_s}, nada); },
+        [&](Tarea &t) { listarCarrete(t, u, carpetaFotos, nada); },
+        [&](Tarea &t) { copiarFotosRapido(t, u, carpetaFotos); },
+    };
+    const auto terco = QDir::homePath() + u"/terco"_s;
+    for (const auto &lanzar : operaciones) {
+        dira({R"({"tipo":"total","n":3})"});
+        QVERIFY(escribirFichero(terco, "1"));
+        lanzar(tarea);
+        QTRY_VERIFY(!recibido().isEmpty()); // the engine is up and deaf to requests to end
+        tarea.cancelar();
+        tarea.empezar(u"Otra"_s, u"Paso"_s);
+        QVERIFY(QFile::remove(terco)); // now it ends, well
+        QTRY_VERIFY(!tarea.ejecutorMotor.enMarcha());
+        QVERIFY(tarea.enMarcha());
+        QCOMPARE(tarea.detalle(), u"Paso"_s);
+        tarea.cerrar(true);
+        init();
+    }
 }
 
 QTEST_GUILESS_MAIN(PruebaAvisosDeFotos)

@@ -98,9 +98,10 @@ void PruebaFotosReales::copiarYLiberar()
     const auto todo = enElTelefono();
     fotos.prepararLiberacion();
     QVERIFY(acaba());
-    QVERIFY(fotos.aviso().startsWith(u"No hay nada que borrar sin riesgo."));
-    QVERIFY(!fotos.confirmandoLiberar());
-    fotos.cerrarAviso();
+    QVERIFY(programa->consentimiento.aviso().startsWith(u"No hay nada que borrar sin riesgo."));
+    auto &consentimiento = programa->consentimiento;
+    QVERIFY(!consentimiento.abierto());
+    consentimiento.cerrarAviso();
 
     fotos.copiar();
     QVERIFY(acaba());
@@ -109,15 +110,18 @@ void PruebaFotosReales::copiarYLiberar()
     QVERIFY(escribirFichero(media + u"/DCIM/109APPLE/IMG_9001.JPG"_s, "sin copiar"));
 
     fotos.prepararLiberacion();
-    QVERIFY(acaba() && fotos.confirmandoLiberar());
-    QVERIFY2(fotos.preguntaDeLiberar().startsWith(u"Se borrarán %1 archivos y recuperarás "_s.arg(todo.size())) &&
-                 fotos.preguntaDeLiberar().endsWith(u"\n\nOtros 1 se quedan porque NO están copiados."),
-             qPrintable(fotos.preguntaDeLiberar()));
-    programa->resolverLiberar(false);
-    QVERIFY(!fotos.confirmandoLiberar() && acaba());
+    QVERIFY(acaba() && consentimiento.abierto());
+    QVERIFY2(consentimiento.texto().startsWith(u"Se borrarán %1 archivos y recuperarás "_s.arg(todo.size())) &&
+                 consentimiento.texto().endsWith(u"\n\nOtros 1 se quedan porque NO están copiados."),
+             qPrintable(consentimiento.texto()));
+    QVERIFY(consentimiento.aQuien().contains(telefono->udid().right(6)));
+    consentimiento.responder(false);
+    QVERIFY(!consentimiento.abierto());
     QCOMPARE(enElTelefono().size(), todo.size() + 1);
 
-    programa->resolverLiberar(true);
+    fotos.prepararLiberacion();
+    QVERIFY(acaba() && consentimiento.abierto());
+    consentimiento.responder(true);
     QVERIFY(QTest::qWaitFor([this] { return programa->modelo.tarea().enMarcha(); }, 5000) && acaba());
     QCOMPARE(enElTelefono().keys(), QStringList{u"109APPLE/IMG_9001.JPG"_s});
     QCOMPARE(programa->modelo.tarea().registro().last(),
@@ -184,14 +188,16 @@ void PruebaFotosReales::elegirYBorrar()
     QCOMPARE(seleccion.cuantosMarcados(), 2);
     QCOMPARE(seleccion.sinCopiarMarcados(), 1);
     QCOMPARE(seleccion.rutasMarcadas().size(), 3); // a mark takes both halves
+    auto &consentimiento = programa->consentimiento;
     seleccion.pedirBorrar();
-    QVERIFY(seleccion.confirmandoBorrar() && seleccion.preguntaDeBorrar().contains(u"1 NO está copiada"));
+    QVERIFY(consentimiento.abierto() && consentimiento.texto().contains(u"1 NO está copiada"));
     const auto antes = enElTelefono().size();
-    programa->resolverBorrarMarcadas(false);
+    consentimiento.responder(false);
     QCOMPARE(enElTelefono().size(), antes);
-    programa->resolverBorrarMarcadas(true);
-    QTRY_VERIFY_WITH_TIMEOUT(!seleccion.mensaje().isEmpty(), 30'000);
-    QVERIFY(seleccion.mensaje().startsWith(u"Listo. He borrado lo que marcaste"));
+    seleccion.pedirBorrar();
+    consentimiento.responder(true);
+    QTRY_VERIFY_WITH_TIMEOUT(!consentimiento.aviso().isEmpty(), 30'000);
+    QVERIFY(consentimiento.aviso().startsWith(u"Listo. He borrado lo que marcaste"));
     QCOMPARE(enElTelefono().size(), antes - 3);
     // The list follows by itself.
     QTRY_COMPARE_WITH_TIMEOUT(seleccion.rowCount(), elementos - 2, 30'000);
@@ -214,16 +220,18 @@ void PruebaFotosReales::otroTelefono()
 void PruebaFotosReales::biblioteca()
 {
     // Locked as long as there is no backup.
+    auto &consentimiento = programa->consentimiento;
     programa->pedirBorrarTodas();
-    QVERIFY(!programa->fotos.confirmandoBorrarTodas());
-    QVERIFY(programa->fotos.aviso().startsWith(u"No te dejo borrar sin una copia."));
+    QVERIFY(!consentimiento.abierto());
+    QVERIFY(consentimiento.aviso().startsWith(u"No te dejo borrar sin una copia."));
+    consentimiento.cerrarAviso();
     const auto copia = programa->modelo.carpetaCopias() + u'/' + telefono->udid();
     QVERIFY(escribirFichero(copia + u"/Manifest.db"_s, "x") && escribirFichero(copia + u"/Info.plist"_s, "x"));
     programa->pedirBorrarTodas();
-    QVERIFY(programa->fotos.confirmandoBorrarTodas());
-    QVERIFY(programa->preguntaDeBorrarTodas().contains(u"Tienes copia de seguridad en el Mac"));
-    programa->resolverBorrarTodas(true);
-    QTRY_VERIFY_WITH_TIMEOUT(programa->fotos.aviso().startsWith(u"Listo: "), 30'000);
+    QVERIFY(consentimiento.abierto());
+    QVERIFY(consentimiento.texto().contains(u"Tienes copia de seguridad en el Mac"));
+    consentimiento.responder(true);
+    QTRY_VERIFY_WITH_TIMEOUT(consentimiento.aviso().startsWith(u"Listo: "), 30'000);
     QVERIFY(acaba() && enElTelefono().isEmpty());
 }
 
@@ -248,16 +256,20 @@ void PruebaFotosReales::laComprobacionNiega()
     QTRY_VERIFY(seleccion.rowCount() > 0);
     seleccion.marcarTodas();
     const auto todo = enElTelefono();
-    const auto trabajos = programa->modelo.diario().lista().size();
-    programa->resolverLiberar(true);
-    programa->resolverBorrarTodas(true);
-    programa->resolverBorrarMarcadas(true);
+    programa->fotos.prepararLiberacion();
+    QVERIFY(acaba());
+    const auto trasElPlan = programa->modelo.diario().lista().size();
+    programa->consentimiento.responder(true);
+    programa->pedirBorrarTodas();
+    programa->consentimiento.responder(true);
+    seleccion.pedirBorrar();
+    programa->consentimiento.responder(true);
     QTRY_VERIFY(bus->peticiones().contains(u"es.vellora.borrar-fotos"));
     for (const auto &accion : {u"es.vellora.borrar-copiadas"_s, u"es.vellora.borrar-todas-las-fotos"_s})
         QVERIFY(bus->peticiones().contains(accion));
     QTest::qWait(500);
     QCOMPARE(enElTelefono(), todo);
-    QCOMPARE(programa->modelo.diario().lista().size(), trabajos);
+    QCOMPARE(programa->modelo.diario().lista().size(), trasElPlan);
     bus->retirar();
 }
 

@@ -139,7 +139,7 @@ void PruebaFotosEnVentana::liberar()
     QCOMPARE(Manos::nombreDelFoco(*ventana), u"No tocar nada"_s);
     tecla(Qt::Key_Return);
     QTest::qWait(300);
-    QVERIFY(!programa->fotos.confirmandoLiberar());
+    QVERIFY(!programa->consentimiento.abierto());
     QCOMPARE(enElTelefono(), todos);
     QVERIFY(pulsa(u"Limpieza"_s) && pulsa(u"Borrar lo que ya está copiado"_s));
     QVERIFY(seLee(u"¿Borrar del iPhone lo que ya está en el Mac?"_s) && acaba());
@@ -161,7 +161,7 @@ void PruebaFotosEnVentana::borrarTodas()
     QVERIFY(pulsa(u"BORRAR TODAS las fotos"_s));
     QVERIFY(seLee(
         u"No te dejo borrar sin una copia. Podrías perder tus fotos para siempre.\n\nPrimero pon tus fotos a salvo: pulsa «Copiar fotos y vídeos» o «Hacer copia de seguridad». Cuando estén a salvo, se desbloquea el borrado."_s));
-    QVERIFY(!programa->fotos.confirmandoBorrarTodas());
+    QVERIFY(!programa->consentimiento.abierto());
     QVERIFY(pulsa(u"Vale"_s));
     const auto copia = programa->modelo.carpetaCopias() + u'/' + telefono->udid();
     QVERIFY(escribirFichero(copia + u"/Manifest.db"_s, "x") && escribirFichero(copia + u"/Info.plist"_s, "x"));
@@ -174,7 +174,7 @@ void PruebaFotosEnVentana::borrarTodas()
     QTest::qWait(200);
     QCOMPARE(enElTelefono(), todos);
     QVERIFY(pulsa(u"BORRAR TODAS las fotos"_s) && pulsa(u"Borrarlo todo"_s));
-    QTRY_VERIFY_WITH_TIMEOUT(programa->fotos.aviso().contains(u"REINICIA EL IPHONE AHORA"), 30'000);
+    QTRY_VERIFY_WITH_TIMEOUT(programa->consentimiento.aviso().contains(u"REINICIA EL IPHONE AHORA"), 30'000);
     QCOMPARE(enElTelefono(), 0);
 }
 
@@ -218,7 +218,7 @@ void PruebaFotosEnVentana::elegirPorTeclado()
     const auto antes = enElTelefono();
     const auto vivas = seleccion.rowCount();
     QVERIFY(pulsa(u"Borrar del iPhone"_s));
-    QTRY_VERIFY_WITH_TIMEOUT(seleccion.mensaje().contains(u"REINICIA EL IPHONE"), 30'000);
+    QTRY_VERIFY_WITH_TIMEOUT(programa->consentimiento.aviso().contains(u"REINICIA EL IPHONE"), 30'000);
     QCOMPARE(enElTelefono(), antes - 2 * vivas);
     QVERIFY(pulsa(u"Vale"_s) && acaba());
     tecla(Qt::Key_Escape);

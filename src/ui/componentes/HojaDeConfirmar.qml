@@ -9,6 +9,8 @@ Hoja {
     required property string texto
     required property string textoDeAceptar
     required property string textoDeDejar
+    /// The phone that it is done to; empty for what is done to none.
+    property string aQuien
     property bool peligrosa: true
 
     signal aceptada
@@ -27,6 +29,37 @@ Hoja {
             wrapMode: Text.Wrap
             text: raiz.titulo
             Accessible.role: Accessible.Heading
+        }
+
+        Rectangle {
+            width: parent.width
+            height: quien.implicitHeight + 20
+            visible: raiz.aQuien !== ""
+            radius: 8
+            color: Tema.lateral
+
+            Icono {
+                id: telefono
+
+                anchors.left: parent.left
+                anchors.leftMargin: 12
+                anchors.verticalCenter: parent.verticalCenter
+                lado: 16
+                simbolo: "iphone.gen3"
+                color: Tema.suave
+            }
+
+            Texto {
+                id: quien
+
+                anchors.left: telefono.right
+                anchors.leftMargin: 10
+                anchors.right: parent.right
+                anchors.rightMargin: 12
+                anchors.verticalCenter: parent.verticalCenter
+                wrapMode: Text.Wrap
+                text: raiz.aQuien
+            }
         }
 
         Texto {

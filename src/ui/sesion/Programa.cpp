@@ -18,15 +18,16 @@ namespace vellora
 {
 
 Programa::Programa(const Copias::HayClave &hayClave)
-    : copias(modelo, hayClave)
+    : consentimiento(modelo, cerradura)
+    , copias(modelo, hayClave)
     , automaticas(modelo, copias)
     , bateria(modelo)
     , buscador(modelo)
     , contactos(modelo, &FotosDeContactos::esImagen)
     , contrasenas(modelo)
     , visor(modelo)
-    , fotos(modelo)
-    , seleccion(modelo)
+    , fotos(modelo, consentimiento)
+    , seleccion(modelo, consentimiento)
 {
     connect(&buscador, &Buscador::verChats, &visor, &VisorDeDatos::verChats);
     connect(&buscador, &Buscador::verTabla, &visor, &VisorDeDatos::verTabla);
@@ -57,77 +58,41 @@ void Programa::quizaOtroTelefono()
 
 void Programa::pedirDevolver()
 {
-    pidiendoDevolver_ = true;
-    emit pidiendoDevolverCambio();
-}
-
-void Programa::trasConfirmar(Cerradura::Motivo motivo, const std::function<void(const QString &)> &hacer)
-{
     const auto &elegido = modelo.seleccionado();
     if (!elegido || modelo.tarea().enMarcha())
         return;
-    cerradura.confirmar(motivo, [yo = QPointer(this), udid = elegido->id, hacer](bool confirmado) {
-        // The system's question may have stood for long.
-        if (!yo || !confirmado || yo->modelo.tarea().enMarcha() || !yo->modelo.seleccionado() ||
-            yo->modelo.seleccionado()->id != udid)
-            return;
-        yo->cerradura.marcarUso();
-        hacer(udid);
-    });
-}
-
-void Programa::resolverDevolver(bool aceptada)
-{
-    pidiendoDevolver_ = false;
-    emit pidiendoDevolverCambio();
-    if (aceptada)
-        trasConfirmar(Cerradura::DevolverCopia,
-                      [this](const QString &udid) { restaurarCopia(modelo.tarea(), udid, modelo.carpetaCopias()); });
-}
-
-void Programa::resolverLiberar(bool aceptada)
-{
-    fotos.dejarDePreguntarPorLiberar();
-    if (aceptada)
-        trasConfirmar(Cerradura::BorrarCopiadas,
-                      [this](const QString &udid) { liberarEspacio(modelo.tarea(), udid, modelo.carpetaFotos()); });
+    consentimiento.plantear(
+        {u"¿Devolver la copia al iPhone?"_s,
+         u"Esto SUSTITUYE lo que hay ahora en el iPhone por lo que había cuando se hizo la copia. Lo que sea más nuevo "
+         "que la copia se pierde.\n\nEl iPhone se reiniciará y tardará un buen rato. No desconectes el cable.\n\nSolo "
+         "tiene sentido si has perdido los datos o estás estrenando un iPhone."_s,
+         u"Devolver la copia"_s, u"No hacer nada"_s, Cerradura::DevolverCopia, elegido->id, nullptr,
+         [this, udid = elegido->id] {
+             restaurarCopia(modelo.tarea(), udid, modelo.carpetaCopias());
+         }});
 }
 
 void Programa::pedirBorrarTodas()
 {
-    if (copias.diasDesdeLaCopia()) {
-        emit preguntaDeBorrarTodasCambio();
-        return fotos.preguntarPorTodas(true);
-    }
-    fotos.ponAviso(u"No te dejo borrar sin una copia. Podrías perder tus fotos para siempre.\n\n"
-                   "Primero pon tus fotos a salvo: pulsa «Copiar fotos y vídeos» o «Hacer copia de seguridad». Cuando "
-                   "estén a salvo, se desbloquea el borrado."_s);
-}
-
-QString Programa::preguntaDeBorrarTodas() const
-{
-    const auto laCopia = copias.diasDesdeLaCopia()
-                             ? u"Tienes copia de seguridad en el Mac, y las fotos se pueden recuperar con el botón "
-                               "«Recuperar mis fotos»."_s
-                             : u"⚠️ NO TIENES COPIA. Lo que borres se pierde para siempre."_s;
-    return u"Se borra la biblioteca de Fotos entera del iPhone: las fotos, los vídeos, las miniaturas, las ediciones y "
-           "la lista de la app Fotos.\n\nEsta vez SÍ desaparecen de la pantalla del teléfono. Tendrás que reiniciar el "
-           "iPhone al terminar.\n\n"_s +
-           laCopia + u"\n\nEsto no se puede deshacer desde el iPhone."_s;
-}
-
-void Programa::resolverBorrarTodas(bool aceptada)
-{
-    fotos.preguntarPorTodas(false);
-    if (aceptada)
-        trasConfirmar(Cerradura::BorrarTodasLasFotos, [this](const QString &udid) { fotos.borrarTodas(udid); });
-}
-
-void Programa::resolverBorrarMarcadas(bool aceptada)
-{
-    seleccion.dejarDePreguntar();
-    if (aceptada)
-        trasConfirmar(Cerradura::BorrarFotos, [this](const QString &udid) { seleccion.borrarMarcadas(udid); });
+    const auto &elegido = modelo.seleccionado();
+    if (!elegido || modelo.tarea().enMarcha())
+        return;
+    if (!copias.diasDesdeLaCopia())
+        return consentimiento.avisar(
+            u"No te dejo borrar sin una copia. Podrías perder tus fotos para siempre.\n\n"
+            "Primero pon tus fotos a salvo: pulsa «Copiar fotos y vídeos» o «Hacer copia de seguridad». Cuando "
+            "estén a salvo, se desbloquea el borrado."_s);
+    consentimiento.plantear(
+        {u"¿Borrar TODAS las fotos del iPhone, sin dejar rastro?"_s,
+         u"Se borra la biblioteca de Fotos entera del iPhone: las fotos, los vídeos, las miniaturas, las ediciones y "
+         u"la "
+         "lista de la app Fotos.\n\nEsta vez SÍ desaparecen de la pantalla del teléfono. Tendrás que reiniciar el "
+         "iPhone al terminar.\n\nTienes copia de seguridad en el Mac, y las fotos se pueden recuperar con el botón "
+         "«Recuperar mis fotos».\n\nEsto no se puede deshacer desde el iPhone."_s,
+         u"Borrarlo todo"_s, u"No borrar nada"_s, Cerradura::BorrarTodasLasFotos, elegido->id, nullptr,
+         [this, udid = elegido->id] {
+             fotos.borrarTodas(udid);
+         }});
 }
 
 void Programa::recuperarFotos()

@@ -8,8 +8,9 @@
 #include "photos/Fotos.h"
 #include "photos/SeleccionFotos.h"
 #include "services/AvisosPorTelegram.h"
-#include "services/Cerradura.h"
 #include "session/BateriaYRed.h"
+#include "session/Cerradura.h"
+#include "session/Consentimiento.h"
 #include "session/Modelo.h"
 #include "ui/sesion/AjustesDeVentana.h"
 #include "ui/sesion/VisorDeDatos.h"
@@ -17,8 +18,6 @@
 #include <QObject>
 #include <QVariantList>
 #include <qqmlregistration.h>
-
-#include <functional>
 
 namespace vellora
 {
@@ -35,6 +34,7 @@ class Programa : public QObject
     Q_PROPERTY(vellora::CopiasAutomaticas *automaticas READ automaticasPuntero CONSTANT)
     Q_PROPERTY(vellora::BateriaYRed *bateria READ bateriaPuntero CONSTANT)
     Q_PROPERTY(vellora::Cerradura *cerradura READ cerraduraPuntero CONSTANT)
+    Q_PROPERTY(vellora::Consentimiento *consentimiento READ consentimientoPuntero CONSTANT)
     Q_PROPERTY(vellora::AvisosPorTelegram *telegram READ telegramPuntero CONSTANT)
     Q_PROPERTY(vellora::Buscador *buscador READ buscadorPuntero CONSTANT)
     Q_PROPERTY(vellora::Contactos *contactos READ contactosPuntero CONSTANT)
@@ -42,9 +42,7 @@ class Programa : public QObject
     Q_PROPERTY(vellora::VisorDeDatos *visor READ visorPuntero CONSTANT)
     Q_PROPERTY(vellora::Fotos *fotos READ fotosPuntero CONSTANT)
     Q_PROPERTY(vellora::SeleccionFotos *seleccion READ seleccionPuntero CONSTANT)
-    Q_PROPERTY(QString preguntaDeBorrarTodas READ preguntaDeBorrarTodas NOTIFY preguntaDeBorrarTodasCambio)
     Q_PROPERTY(vellora::AjustesDeVentana *ajustes READ ajustesPuntero CONSTANT)
-    Q_PROPERTY(bool pidiendoDevolver READ pidiendoDevolver NOTIFY pidiendoDevolverCambio)
     Q_PROPERTY(QVariantList piezas READ piezas CONSTANT)
     Q_PROPERTY(QString version READ version CONSTANT)
 
@@ -52,10 +50,11 @@ public:
     explicit Programa(const Copias::HayClave &hayClave);
 
     Modelo modelo;
+    Cerradura cerradura;
+    Consentimiento consentimiento;
     Copias copias;
     CopiasAutomaticas automaticas;
     BateriaYRed bateria;
-    Cerradura cerradura;
     AvisosPorTelegram telegram;
     Buscador buscador;
     Contactos contactos;
@@ -65,11 +64,8 @@ public:
     SeleccionFotos seleccion;
     AjustesDeVentana ajustes;
 
-    /// Whether the question stands that comes before putting a backup back.
-    bool pidiendoDevolver() const { return pidiendoDevolver_; }
+    /// Asks before a backup is put back on the selected phone.
     Q_INVOKABLE void pedirDevolver();
-    /// Accepted, the system's own check of the owner follows, and then the work.
-    Q_INVOKABLE void resolverDevolver(bool aceptada);
     /// Turns the backup of the selected phone, or the first there is, into plain files.
     Q_INVOKABLE void sacarMisDatos();
     /// What has been taken out; where that is nothing, it is taken out first.
@@ -78,14 +74,8 @@ public:
     Q_INVOKABLE void buscarContrasenas();
     Q_INVOKABLE void abrirMiCarpeta();
 
-    // The answers to the questions before photos leave the phone. Accepted, the system's own check of the owner
-    // follows, and then the work.
-    Q_INVOKABLE void resolverLiberar(bool aceptada);
-    Q_INVOKABLE void resolverBorrarTodas(bool aceptada);
-    Q_INVOKABLE void resolverBorrarMarcadas(bool aceptada);
-    /// Without a backup the library is not deleted: a notice says what to do first.
+    /// Asks before the whole library goes. Without a backup it does not: a notice says what to do first.
     Q_INVOKABLE void pedirBorrarTodas();
-    QString preguntaDeBorrarTodas() const;
     /// Takes the photos out of the backup.
     Q_INVOKABLE void recuperarFotos();
 
@@ -93,17 +83,9 @@ public:
     static QVariantList piezas();
     static QString version();
 
-signals:
-    void pidiendoDevolverCambio();
-    void preguntaDeBorrarTodasCambio();
-
 private:
     void quizaOtroTelefono();
-    /// Does it to the selected phone once the system has made sure of the owner, if it is still the selected one and no
-    /// job runs by then.
-    void trasConfirmar(Cerradura::Motivo motivo, const std::function<void(const QString &udid)> &hacer);
 
-    bool pidiendoDevolver_ = false;
     QString carpetaEnVista;
 
     Modelo *modeloPuntero() { return &modelo; }
@@ -111,6 +93,7 @@ private:
     CopiasAutomaticas *automaticasPuntero() { return &automaticas; }
     BateriaYRed *bateriaPuntero() { return &bateria; }
     Cerradura *cerraduraPuntero() { return &cerradura; }
+    Consentimiento *consentimientoPuntero() { return &consentimiento; }
     AvisosPorTelegram *telegramPuntero() { return &telegram; }
     Buscador *buscadorPuntero() { return &buscador; }
     Contactos *contactosPuntero() { return &contactos; }

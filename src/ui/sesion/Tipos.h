@@ -14,8 +14,9 @@
 #include "photos/Fotos.h"
 #include "photos/SeleccionFotos.h"
 #include "services/AvisosPorTelegram.h"
-#include "services/Cerradura.h"
 #include "session/BateriaYRed.h"
+#include "session/Cerradura.h"
+#include "session/Consentimiento.h"
 #include "session/Dispositivo.h"
 #include "session/Modelo.h"
 #include "ui/sesion/VisorDeDatos.h"
@@ -112,6 +113,13 @@ struct ContrasenasParaVistas {
     Q_GADGET
     QML_FOREIGN(vellora::Contrasenas)
     QML_NAMED_ELEMENT(Contrasenas)
+    QML_UNCREATABLE("The program makes it")
+};
+
+struct ConsentimientoParaVistas {
+    Q_GADGET
+    QML_FOREIGN(vellora::Consentimiento)
+    QML_NAMED_ELEMENT(Consentimiento)
     QML_UNCREATABLE("The program makes it")
 };
 

@@ -12,6 +12,7 @@ FocusScope {
     required property Programa programa
     readonly property Modelo modelo: raiz.programa.modelo
     readonly property Copias copias: raiz.programa.copias
+    readonly property Consentimiento consentimiento: raiz.programa.consentimiento
     required property EstadoDeVentana estado
 
     readonly property real ancho: raiz.estado.panel === EstadoDeVentana.Avisos ? 420 : 340
@@ -89,21 +90,6 @@ FocusScope {
     Cargador {
         anchors.fill: parent
         focus: activo
-        activo: raiz.programa.pidiendoDevolver && !raiz.estado.deBienvenida
-
-        HojaDeConfirmar {
-            titulo: "¿Devolver la copia al iPhone?"
-            texto: "Esto SUSTITUYE lo que hay ahora en el iPhone por lo que había cuando se hizo la copia. Lo que sea más nuevo que la copia se pierde.\n\nEl iPhone se reiniciará y tardará un buen rato. No desconectes el cable.\n\nSolo tiene sentido si has perdido los datos o estás estrenando un iPhone."
-            textoDeAceptar: "Devolver la copia"
-            textoDeDejar: "No hacer nada"
-            onCerrada: raiz.programa.resolverDevolver(false)
-            onAceptada: raiz.programa.resolverDevolver(true)
-        }
-    }
-
-    Cargador {
-        anchors.fill: parent
-        focus: activo
         activo: raiz.estado.panel === EstadoDeVentana.Salir
 
         HojaDeConfirmar {
@@ -168,11 +154,28 @@ FocusScope {
     Cargador {
         anchors.fill: parent
         focus: activo
-        activo: raiz.estado.hayHojaDeFotos && !raiz.estado.deBienvenida
-        fuente: "qrc:/qt/qml/Vellora/Fotos/HojasDeFotos.qml"
-        propiedades: ({
-                programa: raiz.programa
-            })
+        activo: raiz.consentimiento.abierto && !raiz.estado.deBienvenida
+
+        HojaDeConfirmar {
+            titulo: raiz.consentimiento.titulo
+            aQuien: raiz.consentimiento.aQuien
+            texto: raiz.consentimiento.texto
+            textoDeAceptar: raiz.consentimiento.aceptar
+            textoDeDejar: raiz.consentimiento.dejar
+            onCerrada: raiz.consentimiento.responder(false)
+            onAceptada: raiz.consentimiento.responder(true)
+        }
+    }
+
+    Cargador {
+        anchors.fill: parent
+        focus: activo
+        activo: raiz.consentimiento.aviso !== "" && !raiz.estado.deBienvenida
+
+        HojaDeAviso {
+            texto: raiz.consentimiento.aviso
+            onCerrada: raiz.consentimiento.cerrarAviso()
+        }
     }
 
     Cargador {

@@ -33,9 +33,9 @@ QtObject {
     readonly property string nuevo: raiz.modelo.hayIPhoneNuevo ? raiz.modelo.iPhoneNuevo.id : ""
     readonly property bool nuevoConectado: raiz.estaConectado(raiz.nuevo)
     readonly property bool deBienvenida: raiz.hayHerramientas && raiz.nuevoConectado && raiz.nuevo !== raiz.aplazado
-    readonly property bool hayCapa: !raiz.bloqueada && (raiz.deBienvenida || raiz.copias.pidiendoClave || raiz.programa.pidiendoDevolver || raiz.programa.telegram.pidiendoDatos || raiz.programa.bateria.verBateria || raiz.programa.contactos.hoja !== Contactos.SinHoja || raiz.hayHojaDeFotos || raiz.panel !== EstadoDeVentana.Ninguno)
+    readonly property bool hayCapa: !raiz.bloqueada && (raiz.deBienvenida || raiz.copias.pidiendoClave || raiz.programa.telegram.pidiendoDatos || raiz.programa.bateria.verBateria || raiz.programa.contactos.hoja !== Contactos.SinHoja || raiz.hayPregunta || raiz.panel !== EstadoDeVentana.Ninguno)
 
-    readonly property bool hayHojaDeFotos: raiz.programa.fotos.aviso !== "" || raiz.programa.fotos.confirmandoLiberar || raiz.programa.fotos.confirmandoBorrarTodas || raiz.programa.seleccion.confirmandoBorrar || raiz.programa.seleccion.mensaje !== ""
+    readonly property bool hayPregunta: raiz.programa.consentimiento.abierto || raiz.programa.consentimiento.aviso !== ""
 
     /// The owner has agreed to end the program.
     signal sale

@@ -1,4 +1,4 @@
-#include "services/Cerradura.h"
+#include "session/Cerradura.h"
 
 #include <QMetaEnum>
 #include <QProcess>
