@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QSet>
 #include <QString>
 
 #include <functional>
@@ -15,7 +16,8 @@ namespace vellora
 class Fila
 {
 public:
-    explicit Fila(sqlite3_stmt *preparada) : consulta(preparada) {}
+    /// `losEntregados` adds up the bytes that were handed out.
+    Fila(sqlite3_stmt *preparada, qint64 &losEntregados) : consulta(preparada), entregados(losEntregados) {}
 
     /// Whatever the column holds, as text; empty for nothing.
     QString texto(int columna) const;
@@ -28,32 +30,53 @@ public:
     QByteArray datos(int columna) const;
 
 private:
+    QByteArrayView vista(const void *bytes, int columna) const;
+
     sqlite3_stmt *consulta;
+    qint64 &entregados;
 };
 
-/// A database of the phone; closes itself. Views of the file are not run: none of the phone's tables is one, and a
-/// hostile one never ends. One thread at a time.
+/// A database of the phone; closes itself. One thread at a time.
+///
+/// Nothing that the file brings along is run: no view, no trigger, no virtual table, and a generated column reads as
+/// nothing. What it can cost is bounded too: a value by `maximoDeValor`, the memory of SQLite in the whole process, the
+/// processor time of a query by the size of the file, and what a query gives by what such a file can hold, since pages
+/// may be shared by any number of others. A query that goes beyond gives false like any damaged one.
 class BaseDeDatos
 {
 public:
-    /// Opens a file that nobody writes to. Absent when the file is missing or cannot be opened. A file that is no
-    /// database is only noticed by a query.
+    /// Bytes of one value, and of one row.
+    static constexpr int maximoDeValor = 32 * 1024 * 1024;
+
+    /// Opens a file that nobody writes to. Absent when the file is missing, is no regular file or cannot be opened. A
+    /// file that is no database is only noticed by a query.
     static std::optional<BaseDeDatos> abrir(const QString &fichero);
     /// The same for a private copy: the changes in the "-wal" beside it are taken in. Absent too when the file cannot
     /// be read as a database that way.
     static std::optional<BaseDeDatos> abrirCopia(const QString &fichero);
 
     /// Hands each row to `fila` until it returns false. Gives false when the query cannot be run to its end: a table or
-    /// column that is missing, a damaged page.
+    /// column that is missing, a damaged page, a value or a result beyond the bounds.
     bool porCadaFila(const char *sql, const std::function<bool(const Fila &)> &fila) const;
 
 private:
     struct Cerrar {
         void operator()(sqlite3 *base) const { sqlite3_close(base); }
     };
-    explicit BaseDeDatos(sqlite3 *abierta) : base(abierta) {}
+    using Sentencia = std::unique_ptr<sqlite3_stmt, decltype(&sqlite3_finalize)>;
+    /// What SQLite was seen to read; it keeps the address.
+    struct Leidas {
+        QSet<QByteArray> tablas;     ///< whose columns have been looked at
+        QSet<QByteArray> nuevas;     ///< not yet
+        QSet<QByteArray> calculadas; ///< "table\ncolumn" in small letters
+    };
+    BaseDeDatos(sqlite3 *abierta, const QString &fichero);
+    Sentencia compilar(const char *sql) const;
+    static int autorizar(void *leidas, int accion, const char *tabla, const char *columna, const char *, const char *);
 
-    std::unique_ptr<sqlite3, Cerrar> base;
+    std::unique_ptr<Leidas> leidas;
+    std::unique_ptr<sqlite3, Cerrar> base; // goes before what it points to
+    qint64 largo;                          ///< of the file and its log
 };
 
 } // namespace vellora

@@ -1,5 +1,6 @@
 #include "core/Motor.h"
 
+#include "core/FicheroAjeno.h"
 #include "core/Herramientas.h"
 
 #include <QDir>
@@ -36,13 +37,11 @@ std::optional<QJsonObject> objeto(const QByteArray &json)
 
 std::optional<QJsonObject> objetoDelFichero(const QString &ruta)
 {
-    QFile fichero(ruta);
-    // A pipe or a device under that name would be read without an end.
-    if (!QFileInfo(ruta).isFile() || !fichero.open(QIODevice::ReadOnly))
-        return {};
-    auto leido = objeto(fichero.readAll());
+    constexpr qint64 maximo = 64LL * 1024 * 1024;
+    const auto bytes = leerAjeno(ruta, maximo);
+    auto leido = bytes ? objeto(*bytes) : std::nullopt;
     if (leido)
-        fichero.remove();
+        QFile::remove(ruta);
     return leido;
 }
 

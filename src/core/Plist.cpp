@@ -1,6 +1,7 @@
 #include "core/Plist.h"
 
-#include <QFile>
+#include "core/FicheroAjeno.h"
+#include "core/MedidaDePlist.h"
 
 namespace vellora
 {
@@ -81,16 +82,24 @@ std::optional<quint32> NodoPlist::referencia() const
 std::optional<Plist> Plist::interpretar(const QByteArray &bytes)
 {
     plist_t nodo = nullptr;
-    plist_from_memory(bytes.constData(), static_cast<uint32_t>(bytes.size()), &nodo);
+    const auto largo = static_cast<uint32_t>(bytes.size());
+    switch (medirPlist(bytes)) {
+    case FormaDePlist::Xml:
+        plist_from_xml(bytes.constData(), largo, &nodo);
+        break;
+    case FormaDePlist::Binaria:
+        plist_from_bin(bytes.constData(), largo, &nodo);
+        break;
+    case FormaDePlist::Ninguna:
+        break;
+    }
     return nodo == nullptr ? std::nullopt : std::optional(Plist(nodo));
 }
 
 std::optional<Plist> Plist::leer(const QString &fichero)
 {
-    QFile archivo(fichero);
-    if (!archivo.open(QIODevice::ReadOnly) || archivo.size() > tamanoMaximo)
-        return {};
-    return interpretar(archivo.readAll());
+    const auto bytes = leerAjeno(fichero, tamanoMaximo);
+    return bytes ? interpretar(*bytes) : std::nullopt;
 }
 
 } // namespace vellora

@@ -38,10 +38,10 @@ class Plist
 public:
     /// Takes over what a library made.
     explicit Plist(plist_t nodo) : arbol(nodo) {}
-    /// Absent when the bytes are no property list.
+    /// Absent when the bytes are no property list, or one that nests or unfolds beyond `medirPlist`.
     static std::optional<Plist> interpretar(const QByteArray &bytes);
-    /// Absent when the file is missing, unreadable or no property list, or larger than 64 MiB (meant for the small
-    /// files that describe a backup).
+    /// Absent when the file is missing, unreadable, no regular file or no property list, or larger than 64 MiB (meant
+    /// for the small files that describe a backup).
     static std::optional<Plist> leer(const QString &fichero);
 
     NodoPlist raiz() const { return NodoPlist(arbol.get()); }

@@ -1,3 +1,4 @@
+#include "core/FicheroAjeno.h"
 #include "engine/Ordenes.h"
 #include "engine/backup/CopiaAbierta.h"
 #include "engine/backup/FicheroDescifrado.h"
@@ -8,7 +9,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
-#include <fcntl.h>
 #include <sys/mman.h>
 
 using namespace Qt::StringLiterals;
@@ -38,7 +38,7 @@ std::optional<QByteArray> sacarLlavero(const CopiaAbierta &copia)
     });
     if (!datos)
         return {};
-    const Descriptor origen(open(QFile::encodeName(nombre).constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
+    const auto origen = abrirAjeno(nombre);
     const Descriptor memoria(memfd_create("llavero", MFD_CLOEXEC));
     const auto clave = copia.claves().abrir(datos->clave);
     if (!origen || !memoria || !clave)

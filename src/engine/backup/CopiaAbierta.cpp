@@ -1,5 +1,6 @@
 #include "engine/backup/CopiaAbierta.h"
 
+#include "core/FicheroAjeno.h"
 #include "core/Plist.h"
 #include "engine/backup/FicheroDescifrado.h"
 
@@ -39,13 +40,13 @@ Resultado<BaseDeDatos> listaDescifrada(const QString &cifrada, const std::option
 {
     using Lista = Resultado<BaseDeDatos>;
     constexpr int numero = 0;
-    QFile origen(cifrada);
-    if (!clave || !origen.open(QIODevice::ReadOnly))
+    const auto origen = abrirAjeno(cifrada);
+    if (!clave || !origen)
         return Lista::fallo(danada);
     const auto destino = deTrabajo.nuevo(numero);
     std::vector<unsigned char> almacen;
     const auto fin =
-        destino ? pasarFichero(origen.handle(), *destino, clave, Relleno::Dejar, almacen) : FinDeFichero::NoSeEscribe;
+        destino ? pasarFichero(*origen, *destino, clave, Relleno::Dejar, almacen) : FinDeFichero::NoSeEscribe;
     auto lista = BaseDeDatos::abrir(deTrabajo.ruta() + u'/' + QString::fromUtf8(deTrabajo.nombreDeTrabajo(numero)));
     deTrabajo.desechar(numero);
     if (fin != FinDeFichero::Entero)

@@ -1,5 +1,6 @@
 #include "engine/backup/Sacador.h"
 
+#include "core/FicheroAjeno.h"
 #include "engine/Interrupcion.h"
 #include "engine/backup/FicheroDescifrado.h"
 
@@ -174,8 +175,7 @@ private:
             if (!clave)
                 return fallar(encargo.relativa, u"su clave no se puede abrir"_s);
         }
-        const Descriptor origen(
-            openat(*deLaCopia, enLaCopia(encargo.id).constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
+        const auto origen = abrirAjeno(*deLaCopia, enLaCopia(encargo.id));
         if (!origen)
             return fallar(encargo.relativa, u"falta en la copia"_s);
         const auto escrito = carpeta.nuevo(numero);
