@@ -1,6 +1,7 @@
 #include "extraction/BuscadorGlobal.h"
 
 #include "extraction/Aguja.h"
+#include "extraction/Renglones.h"
 #include "extraction/Textos.h"
 
 #include <QFile>
@@ -101,7 +102,7 @@ void enNotas(const Aguja &aguja, const QString &datos, QList<ResultadoGlobal> &h
     porCadaLinea(fichero, [&](QByteArrayView linea) {
         if (aguja.en(linea) < 0)
             return true;
-        hallados << nuevo(notas, u"En tus notas"_s, QString::fromUtf8(linea), fichero);
+        hallados << nuevo(notas, u"En tus notas"_s, QString::fromUtf8(Renglones::sinSangria(linea)), fichero);
         return ++cuantas < maximoDeNotas;
     });
 }

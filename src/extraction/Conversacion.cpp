@@ -1,5 +1,7 @@
 #include "extraction/Conversacion.h"
 
+#include "extraction/Renglones.h"
+
 #include <QFile>
 #include <QFileInfo>
 
@@ -79,8 +81,13 @@ Mensaje Mensajes::mensaje(qsizetype cual) const
         uno.quien = resto.first(dosPuntos).trimmed();
     uno.texto = resto.sliced(dosPuntos + 1).trimmed();
     // Lines that follow go on with it; empty ones are left out.
-    for (const auto &otra : QString::fromUtf8(siguientes).split(u'\n', Qt::SkipEmptyParts))
-        uno.texto += u'\n' + otra;
+    while (!siguientes.isEmpty()) {
+        const auto salto = siguientes.indexOf('\n');
+        const auto otra = salto < 0 ? siguientes : siguientes.first(salto);
+        siguientes = salto < 0 ? QByteArrayView() : siguientes.sliced(salto + 1);
+        if (!otra.isEmpty())
+            uno.texto += u'\n' + QString::fromUtf8(Renglones::sinSangria(otra));
+    }
     return uno;
 }
 

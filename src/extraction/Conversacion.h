@@ -26,8 +26,8 @@ class Mensajes
 {
 public:
     Mensajes() = default;
-    /// A line that begins with "[" and has a "]" begins a message; others belong to the one before. Empty for a file
-    /// that cannot be read.
+    /// A line that begins with "[" and has a "]" begins a message; others belong to the one before, without the blanks
+    /// that they may have been indented by. Empty for a file that cannot be read.
     static Mensajes leer(const QString &fichero);
     static Mensajes deTexto(QByteArray texto);
 

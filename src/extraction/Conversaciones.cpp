@@ -266,7 +266,7 @@ void Conversaciones::guardarPdf(const QString &fichero)
         return !bytes.isEmpty() && escribirEntero(fichero, bytes);
     };
     enSegundoPlano(this, trabajo, [this](bool bien) {
-        avisar(bien ? u"PDF guardado con formato de chat."_s : u"No se pudo guardar el PDF."_s);
+        avisar(bien ? u"PDF guardado con formato de chat."_s : u"No pude guardar el PDF."_s);
     });
 }
 

@@ -123,6 +123,27 @@ void BaseDelTelefono::porCadaFila(const char *consulta, const char *orden, const
         base.porCadaFila(consulta, hacer);
 }
 
+QSet<QByteArray> BaseDelTelefono::columnas(const char *tabla) const
+{
+    constexpr int suNombre = 1;
+    QSet<QByteArray> nombres;
+    base.porCadaFila((QByteArray("PRAGMA table_info(") + tabla + ')').constData(), [&](const Fila &fila) {
+        nombres.insert(fila.utf8(suNombre).toByteArray());
+        return true;
+    });
+    return nombres;
+}
+
+bool BaseDelTelefono::hay(const char *consulta) const
+{
+    bool alguna = false;
+    base.porCadaFila(consulta, [&](const Fila &) {
+        alguna = true;
+        return false;
+    });
+    return alguna;
+}
+
 std::optional<BaseDelTelefono> abrirPublico(const QString &fichero)
 {
     if (!QFileInfo(fichero).isFile())

@@ -4,6 +4,7 @@
 #include "core/CarpetaDeDestino.h"
 
 #include <QByteArray>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -18,6 +19,10 @@
 /// outside and never leave that folder.
 namespace vellora::Extraccion
 {
+
+/// What lies in a trash of the phone goes to this folder of its own under the result folder, and is listed nowhere
+/// among what the owner has.
+constexpr auto carpetaDeLoEliminado = "Eliminado hace poco/";
 
 /// A database of the phone with its latest changes taken in: where there are any, in a private copy, which is removed
 /// with this object.
@@ -38,6 +43,11 @@ public:
     /// Runs the query with its order. A damaged page can keep a sort from giving anything; what can be read of the
     /// query is then given as it is stored. A table or column of another version of iOS gives nothing.
     void porCadaFila(const char *consulta, const char *orden, const PorFila &fila) const;
+    /// The columns that a table has in this version of iOS; none for a table that is not there. What is missing is
+    /// asked for in no query: versions are never guessed.
+    QSet<QByteArray> columnas(const char *tabla) const;
+    /// Whether a query gives any row; false too when it cannot be run.
+    bool hay(const char *consulta) const;
 
 private:
     BaseDeDatos base;

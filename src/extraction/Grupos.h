@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/EscritorDeTexto.h"
+#include "extraction/NombresDistintos.h"
 
 #include <QByteArray>
 #include <QHash>
@@ -17,39 +18,44 @@ namespace vellora::Extraccion
 class Grupos
 {
 public:
-    /// `laCarpetaRelativa`: where the files go, under the folder.
-    Grupos(CarpetaDeDestino &laCarpeta, const QByteArray &laCarpetaRelativa)
-        : carpeta(laCarpeta), carpetaRelativa(laCarpetaRelativa)
+    /// `laCarpetaRelativa`: where the files go, under the folder. `elPrimero`: of the numbers of its working files; two
+    /// sets of groups at once must not share any.
+    Grupos(CarpetaDeDestino &laCarpeta, const QByteArray &laCarpetaRelativa, int elPrimero = 0)
+        : carpeta(laCarpeta), carpetaRelativa(laCarpetaRelativa), primero(elPrimero)
     {
     }
 
-    void linea(const QByteArray &grupo, const QByteArray &texto);
+    /// Gives a conversation its file name before others may take it.
+    void reservar(const QByteArray &clave, const QByteArray &nombre);
+    /// `clave` tells conversations apart; `nombre` is what the file is called when it is met first: "NAME.txt", or
+    /// "NAME (2).txt" where another conversation has that.
+    void linea(const QByteArray &clave, const QByteArray &nombre, const QByteArray &texto);
 
     struct Total {
         qint64 filas = 0;
         qint64 grupos = 0;
     };
-    /// Puts the files in their places, in the order in which the groups were first met, so that of two with one file
-    /// name the later stays. Gives what could be written.
+    /// Puts the files in their places. Gives what could be written.
     Total cerrar();
-
-    /// "NAME.txt": each "/" becomes "-". What no file system takes is shortened, and told apart by a digest.
-    static QByteArray fichero(const QByteArray &grupo);
 
 private:
     struct Grupo {
-        std::unique_ptr<EscritorDeTexto> escritor;
+        QByteArray fichero;
+        std::unique_ptr<EscritorDeTexto> escritor; ///< none before the first line
         qint64 filas = 0;
     };
-    Grupo &buscar(const QByteArray &nombre);
+    size_t numeroDe(const QByteArray &clave, const QByteArray &nombre);
+    Grupo &buscar(const QByteArray &clave, const QByteArray &nombre);
 
     CarpetaDeDestino &carpeta;
     QByteArray carpetaRelativa;
+    int primero;
+    NombresDistintos nombres;
     std::vector<Grupo> grupos;
-    QHash<QByteArray, size_t> porNombre;
+    QHash<QByteArray, size_t> porClave;
     std::list<size_t> abiertos; ///< the most recent one first
-    QByteArray ultimo;
-    size_t cualUltimo = 0;
+    QByteArray ultima;
+    size_t cualUltima = 0;
 };
 
 } // namespace vellora::Extraccion

@@ -1,10 +1,12 @@
 #include "core/EscritorDeTexto.h"
 #include "extraction/Conversacion.h"
+#include "extraction/Renglones.h"
 #include "extraction/Textos.h"
 
 #include <QFileInfo>
 
 #include <array>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -73,17 +75,43 @@ QByteArray escapado(QByteArrayView bytes)
     return limpio.replace('&', "&amp;").replace('<', "&lt;").replace('>', "&gt;");
 }
 
-void ponerLinea(EscritorDeTexto &salida, QByteArrayView linea)
+/// The messages of one chat as bubbles, from the lines of its file.
+class Burbujas
 {
-    // A simple rule, on purpose: whatever looks like the owner's line stands on the owner's side.
-    const bool mia = linea.contains("] YO:");
-    const auto cierre = linea.indexOf(']');
-    const auto cuando = cierre > 0 ? linea.sliced(1, cierre - 1) : QByteArrayView();
-    const auto resto = cierre < 0 ? linea : linea.sliced(cierre + 1);
-    const auto texto = cierre < 0 ? QByteArray(resto.toByteArray()) : QString::fromUtf8(resto).trimmed().toUtf8();
-    salida << (mia ? "<div class=\"linea yo\">" : "<div class=\"linea \">") << "<span class=\"burbuja\">"
-           << escapado(texto) << "<span class=\"cuando\">" << escapado(cuando) << "</span></span></div>\n";
-}
+public:
+    explicit Burbujas(EscritorDeTexto &laSalida) : salida(laSalida) {}
+    Burbujas(const Burbujas &) = delete;
+    Burbujas &operator=(const Burbujas &) = delete;
+    ~Burbujas() { cerrar(); }
+
+    void linea(QByteArrayView linea)
+    {
+        const auto cierre = linea.startsWith('[') ? linea.indexOf(']') : -1;
+        if (cierre < 0 && abierta) {
+            salida << "<br>" << escapado(Renglones::sinSangria(linea));
+            return;
+        }
+        cerrar();
+        abierta = true;
+        cuando = cierre < 0 ? QByteArray() : linea.sliced(1, cierre - 1).toByteArray();
+        const auto resto = linea.sliced(cierre + 1);
+        const auto texto = cierre < 0 ? resto.toByteArray() : QString::fromUtf8(resto).trimmed().toUtf8();
+        const bool mia = cierre >= 0 && texto.startsWith("YO:");
+        salida << (mia ? "<div class=\"linea yo\">" : "<div class=\"linea \">") << "<span class=\"burbuja\">"
+               << escapado(texto);
+    }
+
+private:
+    void cerrar()
+    {
+        if (std::exchange(abierta, false))
+            salida << "<span class=\"cuando\">" << escapado(cuando) << "</span></span></div>\n";
+    }
+
+    EscritorDeTexto &salida;
+    bool abierta = false;
+    QByteArray cuando;
+};
 
 } // namespace
 
@@ -107,10 +135,13 @@ std::optional<QString> chatsEnPagina(const QString &desde)
                 continue;
             salida << "<details class=\"chat\" open><summary>" << escapado(nombreDeChat(fichero).toUtf8())
                    << "</summary>\n";
-            porCadaLinea(fichero, [&salida](QByteArrayView linea) {
-                ponerLinea(salida, linea);
-                return true;
-            });
+            {
+                Burbujas burbujas(salida);
+                porCadaLinea(fichero, [&burbujas](QByteArrayView linea) {
+                    burbujas.linea(linea);
+                    return true;
+                });
+            }
             salida << "</details>\n";
             ++chats;
         }

@@ -2,6 +2,7 @@
 
 #include "core/CarpetaDeDestino.h"
 #include "extraction/Aguja.h"
+#include "extraction/Renglones.h"
 
 #include <QFile>
 #include <QTextBoundaryFinder>
@@ -155,7 +156,7 @@ QString PrimeraLinea::lineaDe(int entrada, qsizetype hallado, qsizetype lleno)
     }
     largo = std::min(largo, principioDeLinea);
     const auto salto = fin(largo);
-    return QString::fromUtf8(bytes.constData(), salto < 0 ? largo : salto);
+    return QString::fromUtf8(Renglones::sinSangria(QByteArrayView(bytes.constData(), salto < 0 ? largo : salto)));
 }
 
 } // namespace vellora

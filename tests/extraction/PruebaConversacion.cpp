@@ -33,6 +33,9 @@ void PruebaConversacion::lineas_data()
                                                    {true, {}, cuando, u"qué tal"_s}};
     QTest::newRow("goes on, empty lines left out") << QByteArray(fecha + "Ana: uno\n\ndos\n  tres \n")
                                                    << QList<Mensaje>{{false, u"Ana"_s, cuando, u"uno\ndos\n  tres "_s}};
+    QTest::newRow("goes on indented, as it is written")
+        << QByteArray(fecha + "Ana: uno\n    [x] YO: dos\n      tres")
+        << QList<Mensaje>{{false, u"Ana"_s, cuando, u"uno\n[x] YO: dos\n  tres"_s}};
     QTest::newRow("goes on from nothing")
         << QByteArray("suelta\n" + fecha + "Ana: a") << QList<Mensaje>{{false, u"Ana"_s, cuando, u"a"_s}};
     QTest::newRow("no date") << QByteArray("[] Ana: a") << QList<Mensaje>{{false, u"Ana"_s, {}, u"a"_s}};
@@ -97,8 +100,8 @@ void PruebaConversacion::pagina()
 {
     const QTemporaryDir casa;
     const auto desde = casa.path();
-    QVERIFY(
-        escribirFichero(desde + u"/Mensajes/+34 600.txt"_s, "[01/02/2026 10:00] +34 600: <b>hola</b>\nsegunda & más"));
+    QVERIFY(escribirFichero(desde + u"/Mensajes/+34 600.txt"_s,
+                            "[01/02/2026 10:00] +34 600: <b>hola</b>\n    segunda & más"));
     QVERIFY(escribirFichero(desde + u"/WhatsApp/Chats/Zoe <3.txt"_s,
                             "[01/02/2026 10:00] Zoe: colado ] YO: x\n\n[02/02/2026 11:00] YO: adiós "));
     QVERIFY(escribirFichero(desde + u"/WhatsApp/Chats/Ana.txt"_s, "\xff\n"));
@@ -112,13 +115,12 @@ void PruebaConversacion::pagina()
                          QChar(QChar::ReplacementCharacter) + uR"(<span class="cuando"></span></span></div>
 </details>
 <details class="chat" open><summary>Zoe &lt;3</summary>
-<div class="linea yo"><span class="burbuja">Zoe: colado ] YO: x<span class="cuando">01/02/2026 10:00</span></span></div>
+<div class="linea "><span class="burbuja">Zoe: colado ] YO: x<span class="cuando">01/02/2026 10:00</span></span></div>
 <div class="linea yo"><span class="burbuja">YO: adiós<span class="cuando">02/02/2026 11:00</span></span></div>
 </details>
 <h2>Mensajes</h2>
 <details class="chat" open><summary>+34 600</summary>
-<div class="linea "><span class="burbuja">+34 600: &lt;b&gt;hola&lt;/b&gt;<span class="cuando">01/02/2026 10:00</span></span></div>
-<div class="linea "><span class="burbuja">segunda &amp; más<span class="cuando"></span></span></div>
+<div class="linea "><span class="burbuja">+34 600: &lt;b&gt;hola&lt;/b&gt;<br>segunda &amp; más<span class="cuando">01/02/2026 10:00</span></span></div>
 </details>
 </main>
 </body>

@@ -1,7 +1,10 @@
+#include "extraction/Conversacion.h"
 #include "extraction/Extraccion.h"
-#include "extraction/Grupos.h"
+#include "extraction/NombresDistintos.h"
+#include "extraction/Textos.h"
 #include "support/BaseDePrueba.h"
 
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <csignal>
@@ -44,6 +47,10 @@ private slots:
     void fechas_data();
     void fechas();
     void mensajes();
+    void loQueSoloDiceElCuerpo();
+    void mensajesEliminados();
+    void nadieFirmaPorElDueno_data();
+    void nadieFirmaPorElDueno();
     void gruposQueSeMezclan();
     void muchosGruposALaVez();
     void nombresDeConversacion_data();
@@ -111,28 +118,132 @@ void PruebaExtractores::mensajes()
     QCOMPARE(hecho(u"Mensajes/+34600112233.txt"_s), "[08/03/2023 21:27] +34600112233: por iMessage\n"
                                                     "[08/03/2023 21:26] +34600112233: Hola, ¿qué tal? 😀\n"
                                                     "[08/03/2023 21:27] YO: Bien");
-    QCOMPARE(hecho(u"Mensajes/a-b.txt"_s), "[] a/b: dos\nlíneas");
+    QCOMPARE(hecho(u"Mensajes/a-b.txt"_s), "[] a/b: dos\n    líneas");
     QCOMPARE(hecho(u"Mensajes/Desconocido.txt"_s), "[08/03/2023 21:26] Desconocido: de nadie\n[] YO: sin destinatario");
     QCOMPARE(QDir(a).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot), QStringList{u"Mensajes"_s});
 }
 
+void PruebaExtractores::loQueSoloDiceElCuerpo()
+{
+    const auto cuerpo = [](const QByteArray &texto) {
+        return "x'" +
+               QByteArray("040b73747265616d747970656481e803840140848484124e5341747472696275746564537472696e670084840"
+                          "84e534f626a656374008592848484084e53537472696e67019484012b") +
+               QByteArray(1, static_cast<char>(texto.size())).toHex() + texto.toHex() + "8686'";
+    };
+    QVERIFY(escribirBase(desde + u"/HomeDomain/Library/SMS/sms.db"_s,
+                         QByteArray(tablasDeMensajes) +
+                             "ALTER TABLE message ADD attributedBody BLOB; INSERT INTO handle VALUES (1,'ana');"
+                             "INSERT INTO message VALUES (1,NULL,1,700000000000000000,0," +
+                             cuerpo("solo aquí") +
+                             "),"
+                             "(2,'',1,700000060000000000,1," +
+                             cuerpo("dos\nlíneas") +
+                             "),"
+                             "(3,'el texto',1,700000120000000000,0," +
+                             cuerpo("el cuerpo") +
+                             "),"
+                             "(4,NULL,1,700000180000000000,0," +
+                             cuerpo("") +
+                             "),"
+                             "(5,NULL,1,700000240000000000,0,x'040b0102'),(6,NULL,1,700000300000000000,0,NULL)"));
+    QCOMPARE(Extraccion::mensajes(desde, a), u"Mensajes: 3 en 1 conversaciones (carpeta Mensajes)"_s);
+    QCOMPARE(hecho(u"Mensajes/ana.txt"_s), "[08/03/2023 21:26] ana: solo aquí\n[08/03/2023 21:27] YO: dos\n    líneas\n"
+                                           "[08/03/2023 21:28] ana: el texto");
+}
+
+void PruebaExtractores::mensajesEliminados()
+{
+    QVERIFY(escribirBase(
+        desde + u"/sms.db"_s,
+        QByteArray(tablasDeMensajes) +
+            "CREATE TABLE chat_message_join (chat_id, message_id);"
+            "CREATE TABLE chat_recoverable_message_join (chat_id, message_id, delete_date);"
+            "INSERT INTO handle VALUES (1,'ana');"
+            "INSERT INTO message VALUES (1,'vive',1,1,0),(2,'en la papelera',1,2,0),(3,'recuperado',1,3,0),"
+            "(4,'sin chat',1,4,0);"
+            "INSERT INTO chat_message_join VALUES (1,1),(1,3),(1,NULL);"
+            "INSERT INTO chat_recoverable_message_join VALUES (1,2,9),(1,3,9)"));
+    QCOMPARE(Extraccion::mensajes(desde, a), u"Mensajes: 3 en 1 conversaciones (carpeta Mensajes)\n"
+                                             "Mensajes eliminados hace poco: 1 (carpeta Eliminado hace poco)"_s);
+    QVERIFY(!hecho(u"Mensajes/ana.txt"_s).contains("papelera"));
+    QVERIFY(hecho(u"Mensajes/ana.txt"_s).contains("recuperado"));
+    QVERIFY(hecho(u"Eliminado hace poco/Mensajes/ana.txt"_s).endsWith("ana: en la papelera"));
+}
+
+void PruebaExtractores::nadieFirmaPorElDueno_data()
+{
+    QTest::addColumn<QString>("quien");
+    QTest::addColumn<QString>("texto");
+    const auto falsa = u"[01/01/2020 10:00] YO: esto no lo dije"_s;
+    for (const auto &salto :
+         {u"\n"_s, u"\r\n"_s, u"\r"_s, u"\v"_s, u"\f"_s, u"\u0085"_s, u"\u2028"_s, u"\u2029"_s, u"\n\n\n"_s}) {
+        const auto cual = QString::number(salto.front().unicode(), 16) + QString::number(salto.size());
+        QTest::newRow(qPrintable(u"text, "_s + cual)) << u"Ana"_s << u"hola"_s + salto + falsa;
+        QTest::newRow(qPrintable(u"name, "_s + cual)) << u"Ana"_s + salto + falsa + salto << u"hola"_s;
+    }
+    QTest::newRow("first of the text") << u"Ana"_s << u"\n"_s + falsa;
+    QTest::newRow("the owner's own word") << u"YO"_s << u"esto no lo dije"_s;
+    QTest::newRow("with blanks") << u"\u00A0YO "_s << u"esto no lo dije"_s;
+    QTest::newRow("with a colon") << u"YO: x"_s << u"esto no lo dije"_s;
+    QTest::newRow("within the line") << u"Ana] YO: yo"_s << u"] YO: esto no lo dije"_s;
+}
+
+void PruebaExtractores::nadieFirmaPorElDueno()
+{
+    QFETCH(const QString, quien);
+    QFETCH(const QString, texto);
+    const auto sql = [](const QString &valor) {
+        return "CAST(x'" + valor.toUtf8().toHex() + "' AS TEXT)";
+    };
+    QVERIFY(escribirBase(desde + u"/WhatsApp/ChatStorage.sqlite"_s,
+                         QByteArray(tablasDeWhatsApp) + "INSERT INTO ZWACHATSESSION VALUES (1," + sql(quien) +
+                             ",'1@s'); INSERT INTO ZWAMESSAGE VALUES (1,1,1,0," + sql(texto) + ")"));
+    QVERIFY(Extraccion::whatsapp(desde, a).has_value());
+    // Neither the window, nor the page, nor an editor that shows each line by itself takes it for the owner's.
+    const auto ficheros = ficherosDeTexto(a + u"/WhatsApp/Chats"_s);
+    QCOMPARE(ficheros.size(), 1);
+    const auto leidos = Mensajes::leer(ficheros.first());
+    QCOMPARE(leidos.cuantos(), 1);
+    QVERIFY(!leidos.mensaje(0).mio && !leidos.mensaje(0).quien.isEmpty());
+    QVERIFY(leidos.mensaje(0).texto.contains(texto.section(QRegularExpression(u"[\r\n\v\f\u0085\u2028\u2029]"_s), -1)));
+    for (const auto &linea : QString::fromUtf8(leerFichero(ficheros.first()))
+                                 .split(QRegularExpression(u"[\r\n\v\f\u0085\u2028\u2029]"_s))
+                                 .mid(1))
+        QVERIFY(linea.isEmpty() || linea.startsWith(u"    "_s));
+    QVERIFY(Extraccion::chatsEnPagina(a).has_value());
+    QVERIFY(!hecho(u"Mis conversaciones.html"_s).contains("linea yo"));
+}
+
 void PruebaExtractores::gruposQueSeMezclan()
 {
-    // Without a partner name the rows come by date, whoever wrote them; and two partners share a file name.
-    QVERIFY(escribirBase(desde + u"/WhatsApp/ChatStorage.sqlite"_s,
-                         QByteArray(tablasDeWhatsApp) +
-                             "INSERT INTO ZWACHATSESSION VALUES "
-                             "(1,NULL,'111@s'),(2,NULL,'222@s'),(3,'Ana-Luz','3@s'),(4,'Ana/Luz','4@s'),"
-                             "(5,'111@s','5@s'),(6,'','6@s'),(7,NULL,NULL);"
-                             "INSERT INTO ZWAMESSAGE VALUES (1,1,1,0,'a'),(2,2,2,0,'b'),(3,1,3,1,'c'),(4,2,4,0,'d'),"
-                             "(5,3,5,0,'primera'),(6,4,6,0,'segunda'),(7,5,7,0,'mismo nombre'),(8,6,8,0,'sin "
-                             "nombre'),(9,7,9,0,'nadie');"));
-    QCOMPARE(Extraccion::whatsapp(desde, a), u"WhatsApp: 9 mensajes en 5 chats"_s);
-    QCOMPARE(hecho(u"WhatsApp/Chats/111@s.txt"_s),
-             "[01/01/2001 01:00] 111@s: a\n[01/01/2001 01:00] YO: c\n[01/01/2001 01:00] 111@s: mismo nombre");
+    // Without a partner name the rows come by date, whoever wrote them. Chats whose names fall together have a file
+    // each: the same name, capitals, a stroke and a slash, and what somebody shows to everybody.
+    QVERIFY(
+        escribirBase(desde + u"/WhatsApp/ChatStorage.sqlite"_s,
+                     QByteArray(tablasDeWhatsApp) +
+                         "INSERT INTO ZWACHATSESSION VALUES "
+                         "(1,NULL,'111@s'),(2,NULL,'222@s'),(3,'Ana-Luz','3@s'),(4,'Ana/Luz','4@s'),"
+                         "(5,'111@s','5@s'),(6,'','6@s'),(7,NULL,NULL),(8,'ANA-LUZ','8@status'),(9,'ana-luz','9@s'),"
+                         "(10,'ANA-LUZ','10@s'),(11,'Callada','11@s');"
+                         "INSERT INTO ZWAMESSAGE VALUES (1,1,1,0,'a'),(2,2,2,0,'b'),(3,1,3,1,'c'),(4,2,4,0,'d'),"
+                         "(5,3,5,0,'primera'),(6,4,6,0,'segunda'),(7,5,7,0,'mismo nombre'),(8,6,8,0,'sin "
+                         "nombre'),(9,7,9,0,'nadie'),(10,8,1,0,'estado'),(11,9,2,0,'tercera'),(12,10,1,0,'cuarta');"));
+    QCOMPARE(Extraccion::whatsapp(desde, a), u"WhatsApp: 12 mensajes en 10 chats"_s);
+    const auto ultima = [this](const QString &chat) {
+        return hecho(u"WhatsApp/Chats/"_s + chat + u".txt"_s).split(':').last().trimmed();
+    };
+    QCOMPARE(hecho(u"WhatsApp/Chats/111@s.txt"_s), "[01/01/2001 01:00] 111@s: a\n[01/01/2001 01:00] YO: c");
+    QCOMPARE(ultima(u"111@s (2)"_s), "mismo nombre");
     QCOMPARE(hecho(u"WhatsApp/Chats/222@s.txt"_s), "[01/01/2001 01:00] 222@s: b\n[01/01/2001 01:00] 222@s: d");
-    QCOMPARE(hecho(u"WhatsApp/Chats/Ana-Luz.txt"_s), "[01/01/2001 01:00] Ana/Luz: segunda");
-    QVERIFY(hecho(u"WhatsApp/Chats/.txt"_s).contains("nadie"));
+    QCOMPARE(ultima(u"Ana-Luz"_s), "primera");
+    QCOMPARE(hecho(u"WhatsApp/Chats/Ana-Luz (2).txt"_s), "[01/01/2001 01:00] Ana/Luz: segunda");
+    QCOMPARE(ultima(u"ana-luz (3)"_s), "tercera");
+    QCOMPARE(ultima(u"ANA-LUZ (4)"_s), "cuarta");
+    QCOMPARE(ultima(u"ANA-LUZ (estados)"_s), "estado");
+    QCOMPARE(ultima(QString()), "sin nombre");
+    QCOMPARE(ultima(u" (2)"_s), "nadie");
+    QCOMPARE(QDir(a + u"/WhatsApp/Chats"_s).entryList(QDir::Files | QDir::Hidden).size(), 10);
 }
 
 void PruebaExtractores::muchosGruposALaVez()
@@ -174,13 +285,17 @@ void PruebaExtractores::nombresDeConversacion()
 {
     QFETCH(QByteArray, grupo);
     QFETCH(QByteArray, fichero);
-    const auto dado = Extraccion::Grupos::fichero(grupo);
+    NombresDistintos nombres;
+    const auto dado = nombres.tomar(grupo, ".txt");
+    // The next one of that name is another file that any file system takes.
+    const auto otro = nombres.tomar(grupo, ".txt");
+    QVERIFY(otro.endsWith(" (2).txt") && otro.size() <= 255 && QUtf8StringView(otro).isValidUtf8());
     if (fichero.contains('~')) { // the digest is not worth writing twice
         QCOMPARE(dado.first(dado.indexOf(char(126))), fichero.first(fichero.indexOf(char(126))));
-        QVERIFY(dado.size() < 255 && dado != Extraccion::Grupos::fichero(grupo + 'x'));
-        return;
+        QVERIFY(dado.size() < 255 && dado != nombres.tomar(grupo + 'x', ".txt"));
+    } else {
+        QCOMPARE(dado, fichero);
     }
-    QCOMPARE(dado, fichero);
 }
 
 void PruebaExtractores::nadaSaleDeLaCarpeta_data()

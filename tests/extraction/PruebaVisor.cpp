@@ -127,7 +127,7 @@ void PruebaVisor::pdf()
     QVERIFY(conversaciones.haciendoPdf());
     QVERIFY(hecho.wait(20'000));
     conversaciones.guardarPdf(ruta(u"no/está.pdf"_s));
-    QTRY_COMPARE(conversaciones.mensaje(), u"No se pudo guardar el PDF."_s);
+    QTRY_COMPARE(conversaciones.mensaje(), u"No pude guardar el PDF."_s);
     conversaciones.exportarPDF();
     QVERIFY(hecho.wait(20'000));
     conversaciones.guardarPdf(ruta(u"Ana.pdf"_s));
