@@ -1,5 +1,8 @@
 #include "backups/Catalogo.h"
 
+#include "backups/Comprobante.h"
+#include "core/Plist.h"
+
 #include <QDirIterator>
 #include <QFileInfo>
 
@@ -15,6 +18,21 @@ constexpr qint64 diasParaAvisar = 14;
 constexpr qsizetype largoMinimoDeUdid = 21;
 
 } // namespace
+
+Estado estadoDe(const QString &copia)
+{
+    const auto fecha = fechaDe(copia);
+    if (!fecha)
+        return {};
+    if (const auto veredicto = Comprobante::leer(copia)) {
+        const bool entera = *veredicto == ComprobacionDeCopia::Veredicto::Entera;
+        return {entera ? Clase::Entera : Clase::SinComprobar, fecha};
+    }
+    const auto estado = Plist::leer(copia + u"/Status.plist"_s);
+    const auto dicho = estado ? estado->raiz()["SnapshotState"].texto() : std::nullopt;
+    const bool inacabada = !QFileInfo::exists(copia + u"/Manifest.db"_s) || (dicho && *dicho != u"finished"_s);
+    return {inacabada ? Clase::Inacabada : Clase::SinComprobar, fecha};
+}
 
 std::optional<QDateTime> fechaDe(const QString &copia)
 {

@@ -12,6 +12,19 @@
 namespace vellora::Catalogo
 {
 
+enum class Clase {
+    NoHay,
+    Inacabada,    ///< says itself that it is not finished, or has no list
+    SinComprobar, ///< nothing says that it is not finished, and nobody looked into it in this state
+    Entera        ///< finished and checked, of the phone whose identifier is its folder's name
+};
+struct Estado {
+    Clase clase = Clase::NoHay;
+    std::optional<QDateTime> fecha; ///< absent when there is none
+};
+/// What may be believed of one backup folder.
+Estado estadoDe(const QString &copia);
+
 /// Modification date of one backup folder: of its "Manifest.db", else of its "Info.plist", else absent.
 std::optional<QDateTime> fechaDe(const QString &copia);
 

@@ -98,16 +98,4 @@ ComprobacionDeCopia comprobarCopia(const QString &carpeta)
     return resultado;
 }
 
-void apartarManifiesto(const QString &carpeta, const QDateTime &desde)
-{
-    const QFileInfo lista(carpeta + u"/Manifest.db"_s);
-    // File systems keep the second only, some of them.
-    if (!lista.exists() || lista.lastModified().toSecsSinceEpoch() < desde.toSecsSinceEpoch())
-        return;
-    const auto apartado = lista.filePath() + u".incompleto"_s;
-    QFile::remove(apartado);
-    if (!QFile::rename(lista.filePath(), apartado) && lista.size() == 0)
-        QFile::remove(lista.filePath()); // a full disk may have no room for a new name either
-}
-
 } // namespace vellora

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QDateTime>
 #include <QString>
 #include <QStringList>
 
@@ -29,10 +28,5 @@ struct ComprobacionDeCopia {
 /// readable to its last row; on a full disk no file may be shorter than it says. The list of an encrypted backup cannot
 /// be read here; its size is looked at only, and the verdict is `SinComprobar`. Blocks for about a second per 50,000 files: background threads only.
 ComprobacionDeCopia comprobarCopia(const QString &carpeta);
-
-/// Takes away the final name of a list of files that is not to be trusted, so that nothing reads an unfinished backup
-/// as a whole one: "Manifest.db" becomes "Manifest.db.incompleto". Only a list written since `desde`: an older one
-/// belongs to an earlier backup, which may be whole.
-void apartarManifiesto(const QString &carpeta, const QDateTime &desde);
 
 } // namespace vellora

@@ -1,18 +1,22 @@
 #include "backups/CopiaDeSeguridad.h"
 
 #include "backups/ComprobacionDeCopia.h"
+#include "backups/CopiasAnteriores.h"
 #include "backups/EntornoDeHerramienta.h"
 #include "backups/ExplicarFallo.h"
 #include "backups/VigilanteDelTelefono.h"
+#include "core/Formato.h"
 #include "core/Herramientas.h"
 #include "core/SegundoPlano.h"
 #include "core/Tarea.h"
 #include "session/Detector.h"
 
 #include <QDateTime>
-#include <QDir>
 #include <QFileInfo>
 #include <QPointer>
+
+#include <memory>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -22,27 +26,88 @@ namespace vellora
 namespace
 {
 
-/// One run of the tool, from its launch to the ending of the job; deletes itself then. What arrives after the owner
-/// cancelled, or after another job took the frame over, is dropped.
+/// One run of the tool, from the making of its folder to the ending of the job; deletes itself then. What arrives after
+/// the owner cancelled, or after another job took the frame over, is dropped.
 class Copia : public QObject
 {
 public:
-    Copia(Tarea &laTarea, const QString &elUdid, const QString &elDestino)
+    Copia(Tarea &laTarea, const QString &elUdid, const QString &elDestino, const OpcionesDeCopia &lasOpciones)
         : QObject(&laTarea)
         , tarea(laTarea)
         , udid(elUdid)
-        , carpeta(elDestino + u'/' + elUdid)
         , destino(elDestino)
+        , opciones(lasOpciones)
         , numero(laTarea.trabajo())
         , vigilante(elUdid)
     {
         connect(&vigilante, &VigilanteDelTelefono::perdido, this, &Copia::telefonoPerdido);
     }
 
+    void preparar()
+    {
+        const auto abrir = [udid = udid, destino = destino, modo = opciones.modo, guardadas = CopiasAnteriores::cuantas(),
+                            aunqueFalte = opciones.aunqueFalteSitio] {
+            Preparada lista;
+            auto abierta = CopiaEnCurso::abrir(destino, udid, modo, guardadas);
+            if (!abierta) {
+                lista.motivo = abierta.motivo();
+                return lista;
+            }
+            lista.obra = std::make_shared<CopiaEnCurso>(*std::move(abierta));
+            lista.hayAnterior = QFileInfo::exists(destino + u'/' + udid);
+            if (!aunqueFalte && lista.obra->modo() == CopiaEnCurso::Modo::Completa)
+                lista.preguntaDeSitio = preguntaDeSitio(*lista.obra);
+            return lista;
+        };
+        enSegundoPlano(this, abrir, [this](Preparada lista) { preparada(std::move(lista)); });
+    }
+
+private:
+    struct Preparada {
+        std::shared_ptr<CopiaEnCurso> obra;
+        QString motivo;          ///< why there is none
+        bool hayAnterior = false;
+        QString preguntaDeSitio; ///< empty when there seems to be room
+    };
+
+    /// A backup is about as large as the one before it.
+    static QString preguntaDeSitio(const CopiaEnCurso &obra)
+    {
+        const auto bytes = obra.bytesDeLaAnterior();
+        const auto libres = obra.libres();
+        if (!bytes || !libres || *bytes <= *libres)
+            return {};
+        return u"La copia que tienes ocupa %1 y se guarda hasta que la nueva esté comprobada, pero en el disco quedan "
+               "%2. Puede que no quepa. La copia que tienes no se toca en ningún caso."_s.arg(
+                   Formato::tamano(*bytes), Formato::tamano(*libres));
+    }
+
+    void preparada(Preparada lista)
+    {
+        obra = std::move(lista.obra);
+        hayAnterior = lista.hayAnterior;
+        if (!sigue())
+            return soltar([this] { deleteLater(); });
+        if (!obra)
+            return acabarMal(lista.motivo);
+        if (lista.preguntaDeSitio.isEmpty())
+            return lanzar();
+        soltar([this, pregunta = lista.preguntaDeSitio] {
+            if (!sigue())
+                return deleteLater();
+            tarea.apunta(pregunta);
+            acabar(false, u"Puede que no quepa en el disco"_s);
+            if (opciones.alFaltarSitio)
+                opciones.alFaltarSitio(pregunta);
+        });
+    }
+
     void lanzar()
     {
         tarea.ejecutor.entornoExtra = entornoDeHerramienta();
-        const QStringList orden{u"-u"_s, udid, u"backup"_s, u"--full"_s, destino};
+        QStringList orden{u"-u"_s, udid, u"backup"_s, obra->destino()};
+        if (obra->modo() == CopiaEnCurso::Modo::Completa)
+            orden.insert(3, u"--full"_s);
         const QPointer yo(this);
         tarea.ejecutor.lanzar(
             *Herramientas::idevicebackup2(), orden,
@@ -57,7 +122,6 @@ public:
         vigilante.empezar(tarea.ejecutor.procesoHijo());
     }
 
-private:
     bool sigue() const { return tarea.sigue(numero); }
 
     void linea(const QString &texto)
@@ -89,11 +153,15 @@ private:
     {
         vigilante.parar();
         if (!sigue())
-            return deleteLater();
+            return soltar([this] { deleteLater(); });
         if (codigo == 0) { // well, even if the cable left with the last words
-            enSegundoPlano(
-                this, [carpeta = carpeta] { return comprobarCopia(carpeta); },
-                [this](const ComprobacionDeCopia &comprobacion) { comprobada(comprobacion); });
+            const auto comprobar = [obra = obra] {
+                auto comprobacion = comprobarCopia(obra->carpeta());
+                const bool puesta = !comprobacion.rota() && obra->colocar(comprobacion.veredicto);
+                return std::pair(comprobacion, puesta);
+            };
+            enSegundoPlano(this, comprobar,
+                           [this](const std::pair<ComprobacionDeCopia, bool> &hecho) { comprobada(hecho); });
             return;
         }
         // The tool says the same of a pulled cable as of many other things.
@@ -105,18 +173,29 @@ private:
             });
     }
 
-    void comprobada(const ComprobacionDeCopia &comprobacion)
+    void comprobada(const std::pair<ComprobacionDeCopia, bool> &hecho)
     {
-        if (comprobacion.rota())
-            apartarManifiesto(carpeta, principio);
-        if (!sigue())
-            return deleteLater();
+        const auto &[comprobacion, puesta] = hecho;
+        if (!sigue()) // cancelled in the last moment; a whole backup is in its place all the same
+            return soltar([this] { deleteLater(); });
         for (const auto &detalle : comprobacion.detalles)
             tarea.apunta(detalle);
         if (comprobacion.rota())
             return acabarMal(comprobacion.discoLleno ? sentenciaDeDiscoLleno() : motivoDelFallo());
+        if (!puesta)
+            return acabarMal(u"No he podido poner la copia nueva en su sitio."_s);
         tarea.apunta(u"Copia de seguridad terminada."_s);
-        acabar(true, u"Copia completa guardada"_s);
+        soltar([this] { acabar(true, u"Copia completa guardada"_s); });
+    }
+
+    /// Lets go of the folder of the run, with what it holds of a backup that came to nothing, and then goes on.
+    void soltar(const std::function<void()> &despues)
+    {
+        auto quitar = [obra = std::exchange(obra, {})]() mutable {
+            obra.reset(); // the last one, so that what it removes is not removed on the main thread
+            return true;
+        };
+        enSegundoPlano(this, std::move(quitar), [despues](bool) { despues(); });
     }
 
     QString motivoDelFallo() const
@@ -134,10 +213,14 @@ private:
 
     void acabarMal(const QString &sentencia)
     {
-        if (!sigue())
-            return deleteLater();
-        tarea.apunta(sentencia);
-        acabar(false, u"No se pudo completar"_s);
+        soltar([this, sentencia] {
+            if (!sigue())
+                return deleteLater();
+            if (hayAnterior)
+                tarea.apunta(u"La copia que ya tenías no se ha tocado."_s);
+            tarea.apunta(sentencia);
+            acabar(false, u"No se pudo completar"_s);
+        });
     }
 
     void acabar(bool bien, const QString &detalle)
@@ -149,10 +232,11 @@ private:
 
     Tarea &tarea;
     QString udid;
-    QString carpeta;
     QString destino;
+    OpcionesDeCopia opciones;
     int numero;
-    QDateTime principio = QDateTime::currentDateTime();
+    std::shared_ptr<CopiaEnCurso> obra;
+    bool hayAnterior = false;
     bool sinTelefono = false;
     bool echado = false; ///< the tool was ended by us, because the phone had left
     VigilanteDelTelefono vigilante;
@@ -160,7 +244,7 @@ private:
 
 } // namespace
 
-void copiaDeSeguridad(Tarea &tarea, const QString &udid, const QString &destino)
+void copiaDeSeguridad(Tarea &tarea, const QString &udid, const QString &destino, const OpcionesDeCopia &opciones)
 {
     if (!Herramientas::idevicebackup2())
         return;
@@ -168,10 +252,9 @@ void copiaDeSeguridad(Tarea &tarea, const QString &udid, const QString &destino)
     tarea.muestra();
     tarea.ponInicio(QDateTime::currentDateTimeUtc());
     tarea.ponCarpetaResultado(destino);
-    QDir().mkpath(destino); // when it cannot be made, the tool says so
     tarea.apunta(u"El iPhone tiene que estar desbloqueado para empezar."_s);
     tarea.apunta(u"Una vez arranca, puedes apagar la pantalla: sigue solo."_s);
-    (new Copia(tarea, udid, destino))->lanzar();
+    (new Copia(tarea, udid, destino, opciones))->preparar();
 }
 
 } // namespace vellora

@@ -38,7 +38,6 @@ private slots:
     void loQueElTelefonoNoEnvioSeDice();
     void unFicheroMasCortoSeDice();
     void cifrada();
-    void apartar();
 
 private:
     void escribir(const QString &nombre, const QByteArray &bytes)
@@ -137,18 +136,6 @@ void PruebaComprobacion::cifrada()
     QVERIFY(comprobarCopia(carpeta->path()).rota());
     escribir(u"Manifest.db"_s, {});
     QVERIFY(comprobarCopia(carpeta->path()).rota());
-}
-
-void PruebaComprobacion::apartar()
-{
-    escribir(u"Manifest.db.incompleto"_s, "de antes");
-    apartarManifiesto(carpeta->path(), QDateTime::currentDateTime().addSecs(60)); // of an earlier backup
-    QVERIFY(QFile::exists(carpeta->filePath(u"Manifest.db"_s)));
-    apartarManifiesto(carpeta->path(), QDateTime::currentDateTime().addSecs(-60));
-    QVERIFY(!QFile::exists(carpeta->filePath(u"Manifest.db"_s)));
-    QVERIFY(QFile(carpeta->filePath(u"Manifest.db.incompleto"_s)).size() > 100);
-    apartarManifiesto(carpeta->path(), QDateTime::currentDateTime().addSecs(-60)); // nothing new to put in its place
-    QVERIFY(QFile(carpeta->filePath(u"Manifest.db.incompleto"_s)).size() > 100);
 }
 
 QTEST_GUILESS_MAIN(PruebaComprobacion)

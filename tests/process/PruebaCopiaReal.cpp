@@ -47,6 +47,7 @@ QList<Actividad> diario()
 QMap<QString, QByteArray> contenidoDe(const QString &copia)
 {
     auto ficheros = arbol(copia);
+    ficheros.remove(u".vellora-comprobada"_s); // our own note
     const auto llavero =
         QCryptographicHash::hash("KeychainDomain-keychain-backup.plist", QCryptographicHash::Sha1).toHex();
     ficheros.insert(QString::fromLatin1(llavero.left(2) + '/' + llavero), {});
