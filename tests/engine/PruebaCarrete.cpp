@@ -1,40 +1,12 @@
-#include "support/BaseDePrueba.h"
 #include "support/CopiaDePrueba.h"
-#include "support/TelefonoSimulado.h"
+#include "support/MotorDePrueba.h"
 
-#include <QDateTime>
 #include <QDir>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QTest>
 
 #include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
-
-namespace
-{
-
-/// A run of the engine: its notices by kind, the last of each, and everything else it said.
-struct Corrida {
-    int codigo = -1;
-    QHash<QString, QJsonObject> avisos;
-    QList<QJsonObject> fallos;
-    QJsonArray carrete;
-    QStringList lineas;
-    QJsonObject operator[](const QString &tipo) const { return avisos.value(tipo); }
-    QString todo() const { return lineas.join(u'\n') + u'\n' + avisos.value(u"error"_s)[u"motivo"_s].toString(); }
-};
-
-bool ponFecha(const QString &fichero, qint64 segundos)
-{
-    QFile abierto(fichero);
-    return abierto.open(QIODevice::ReadWrite) &&
-           abierto.setFileTime(QDateTime::fromSecsSinceEpoch(segundos), QFileDevice::FileModificationTime);
-}
-
-} // namespace
 
 /// The commands of the camera roll, by the true engine on the simulated phone.
 class PruebaCarrete : public QObject
@@ -66,7 +38,10 @@ private slots:
     void recuperar();
 
 private:
-    Corrida motor(const QStringList &argumentos, bool confirmado = false);
+    static Corrida motor(const QStringList &argumentos, bool confirmado = false)
+    {
+        return correrMotor(argumentos, confirmado);
+    }
     Corrida copiar() { return motor({u"copiar"_s, udid, fotos}); }
     Corrida liberar(bool confirmado) { return motor({u"liberar"_s, udid, fotos}, confirmado); }
     QMap<QString, QByteArray> enElTelefono() const { return CopiaDePrueba::contenido(media + u"/DCIM"_s); }
@@ -101,7 +76,8 @@ void PruebaCarrete::init()
 {
     telefono = std::make_unique<TelefonoSimulado>();
     QVERIFY2(telefono->listo(), qPrintable(telefono->motivo()));
-    casa = std::make_unique<QTemporaryDir>();
+    // Where programs keep what may go, memory may stand for a disk.
+    casa = std::make_unique<QTemporaryDir>(QDir::homePath() + u"/casa"_s);
     udid = telefono->udid();
     media = telefono->contenido(udid) + u"/media"_s;
     fotos = casa->filePath(u"Fotos"_s);
@@ -112,30 +88,6 @@ void PruebaCarrete::cleanup()
 {
     telefono.reset();
     casa.reset();
-}
-
-Corrida PruebaCarrete::motor(const QStringList &argumentos, bool confirmado)
-{
-    qputenv("CONFIRMADO", confirmado ? "SI" : "NO");
-    const auto hecho = ejecutar(QStringLiteral(MOTOR), argumentos);
-    Corrida corrida;
-    corrida.codigo = hecho.codigo;
-    for (const auto &renglon : QString::fromUtf8(hecho.salida).split(u'\n', Qt::SkipEmptyParts)) {
-        auto objeto = QJsonDocument::fromJson(renglon.toUtf8()).object();
-        if (const auto fichero = objeto[u"fichero_datos"_s].toString(); !fichero.isEmpty()) {
-            objeto = QJsonDocument::fromJson(leerFichero(fichero)).object();
-            QFile::remove(fichero);
-        }
-        const auto tipo = objeto[u"tipo"_s].toString();
-        if (tipo.isEmpty())
-            corrida.lineas << renglon;
-        if (tipo == u"fallo")
-            corrida.fallos << objeto;
-        for (const auto &uno : objeto[u"lista"_s].toArray())
-            corrida.carrete << uno;
-        corrida.avisos[tipo] = objeto;
-    }
-    return corrida;
 }
 
 void PruebaCarrete::copiarSoloLoQueFalta()

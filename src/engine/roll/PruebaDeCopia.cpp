@@ -1,0 +1,81 @@
+#include "engine/roll/PruebaDeCopia.h"
+
+#include "engine/Interrupcion.h"
+#include "engine/roll/Huella.h"
+#include "engine/roll/Medio.h"
+
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+
+namespace vellora::motor
+{
+
+Resultado<PruebaDeCopia> PruebaDeCopia::abrir(const QString &carpeta, const Copiadas &copiadas, Conexiones &conexiones,
+                                              const QStringList &rutas)
+{
+    using Prueba = Resultado<PruebaDeCopia>;
+    const auto sitio = SitioDeCopias::abrir(carpeta, conexiones, rutas);
+    if (!sitio)
+        return Prueba::fallo(sitio.motivo());
+    auto abierta = CarpetaDeDestino::abrir(carpeta);
+    if (!abierta)
+        return Prueba::fallo(abierta.motivo());
+    // Names of files that were copied or moved a moment ago may not be on the disk yet.
+    if (!abierta->asentar())
+        return Prueba::fallo(u"El disco de las fotos no responde bien. No borro nada."_s);
+    return PruebaDeCopia(copiadas, conexiones, *std::move(abierta), *sitio);
+}
+
+Resultado<QByteArray> PruebaDeCopia::probar(const FicheroDelCarrete &fichero, const QByteArray &relativa)
+{
+    auto local = deLaCopia(carpeta, fichero, relativa);
+    if (!local)
+        return local;
+    const auto anotada = copiadas->huella(fichero);
+    const auto suya = anotada ? Resultado(*anotada) : delTelefono(fichero);
+    if (!suya)
+        return suya;
+    return *suya == *local ? local : Resultado<QByteArray>::fallo(u"su copia no es igual"_s);
+}
+
+bool PruebaDeCopia::sigueAhi(const FicheroDelCarrete &fichero, const QByteArray &relativa,
+                             const QByteArray &huella) const
+{
+    auto otraVez = CarpetaDeDestino::abrir(carpeta.ruta());
+    const auto suma = otraVez ? deLaCopia(*otraVez, fichero, relativa) : Resultado<QByteArray>::fallo({});
+    return suma && *suma == huella;
+}
+
+Resultado<QByteArray> PruebaDeCopia::deLaCopia(CarpetaDeDestino &donde, const FicheroDelCarrete &fichero,
+                                               const QByteArray &relativa) const
+{
+    const auto no = [](const QString &motivo) {
+        return Resultado<QByteArray>::fallo(motivo);
+    };
+    const auto copia = relativa.isEmpty() ? Descriptor() : donde.leer(relativa);
+    struct stat como = {};
+    if (!copia || fstat(*copia, &como) != 0 || !S_ISREG(como.st_mode))
+        return no(u"su copia ya no está en la carpeta"_s);
+    if (como.st_size != fichero.ficha.tamano)
+        return no(u"su copia ya no está entera"_s);
+    if (!sitio.esSuyo(*copia))
+        return no(u"su copia está en otro disco que se ve dentro de la carpeta, y podría ser el propio iPhone"_s);
+    auto suma = huellaDelMedio(*copia);
+    return suma ? suma : no(u"su copia "_s + suma.motivo());
+}
+
+Resultado<QByteArray> PruebaDeCopia::delTelefono(const FicheroDelCarrete &fichero)
+{
+    Huella huella;
+    const auto leidos = conexiones->primera().leer(fichero.ruta, fichero.ficha, [&](QByteArrayView trozo) {
+        huella.poner(trozo);
+        return !Interrupcion::pedida();
+    });
+    if (!leidos || *leidos != fichero.ficha.tamano)
+        return Resultado<QByteArray>::fallo(leidos ? u"se ha parado"_s : leidos.motivo());
+    auto suma = huella.sacar();
+    return suma.isEmpty() ? Resultado<QByteArray>::fallo(u"no se puede comprobar"_s) : Resultado(std::move(suma));
+}
+
+} // namespace vellora::motor
