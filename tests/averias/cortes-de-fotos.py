@@ -4,8 +4,9 @@
 Each run ends by a kill (at a step that lasts on the disk, or at any moment), a request to end, the cable out (inside a
 file, or at any moment), a disk that fills up, or by itself. After each, every photo must exist whole on the phone or
 under its name in the folder; nothing half may stand under a name; and a run that nobody cuts brings no byte that was
-not missing. Run it by `unshare --mount --map-root-user`, so that the folder can have a disk of its own to fill up; where
-none can be had that ending is left out.
+not missing. Run it by `unshare --mount`, as root where that is possible, so that the folder can have a disk of its own
+to fill up. A disk that is memory is filled by copies alone, since nothing is freed against it; without any, that ending
+is left out.
 """
 import collections
 import hashlib
@@ -23,7 +24,7 @@ import time
 
 UDID = "00008120-000A1B2C3D4C1E9A"
 FINALES = ["matar", "matar en un paso", "pedir que acabe", "cable en un fichero", "cable", "ninguno"]
-DISCO = "400m"
+DISCO = 400  # MiB
 
 
 class Telefono:
@@ -67,9 +68,8 @@ def carrete_nuevo(carrete: pathlib.Path, azar: random.Random) -> None:
 
 
 class Prueba:
-    def __init__(self, motor: str, muere: str, telefono: Telefono, disco: pathlib.Path, azar: random.Random):
+    def __init__(self, motor: str, muere: str, telefono: Telefono, azar: random.Random):
         self.motor, self.muere, self.telefono, self.azar = motor, muere, telefono, azar
-        self.disco, self.fotos = disco, disco / "Fotos"
         self.males: list[str] = []
         self.cuenta: collections.Counter = collections.Counter()
 
@@ -145,6 +145,17 @@ class Prueba:
         self.males.append(f"copiar: no acaba bien ni sin cortes: {salida[-300:]}")
 
 
+def montar(disco: pathlib.Path, imagen: pathlib.Path) -> str:
+    """A disk of its own: "disco", or "memoria" where no other can be had, or nothing."""
+    imagen.write_bytes(b"")
+    os.truncate(imagen, DISCO << 20)
+    if (subprocess.run(["mkfs.ext4", "-q", imagen], check=False).returncode == 0
+            and subprocess.run(["mount", "-o", "loop", imagen, disco], stderr=subprocess.DEVNULL, check=False).returncode == 0):
+        return "disco"
+    memoria = ["mount", "-t", "tmpfs", "-o", f"size={DISCO}m", "tmpfs", disco]
+    return "memoria" if subprocess.run(memoria, check=False).returncode == 0 else ""
+
+
 def main() -> int:
     motor, simulador, muere, vueltas = *sys.argv[1:4], int(sys.argv[4])
     semilla = int(sys.argv[5]) if len(sys.argv) > 5 else random.randrange(1 << 30)
@@ -153,36 +164,39 @@ def main() -> int:
         raiz = pathlib.Path(carpeta)
         disco = raiz / "disco"
         disco.mkdir()
-        montado = subprocess.run(["mount", "-t", "tmpfs", "-o", f"size={DISCO}", "tmpfs", disco], check=False).returncode == 0
-        if montado:
-            FINALES.append("disco lleno")
+        tipo = montar(disco, raiz / "imagen")
         telefono = Telefono(simulador, raiz)
         try:
-            mal = probar(motor, muere, telefono, disco, vueltas, random.Random(semilla))
+            mal = probar(motor, muere, telefono, disco, tipo, vueltas, random.Random(semilla))
         finally:
             telefono.proceso.stdin.close()
             telefono.proceso.wait(20)
-            if montado:
+            if tipo:
                 subprocess.run(["umount", disco], check=False)
     return mal
 
 
-def probar(motor, muere, telefono, disco, vueltas, azar) -> int:
-    prueba = Prueba(motor, muere, telefono, disco, azar)
-    prueba.fotos.mkdir()
+def probar(motor, muere, telefono, disco, tipo, vueltas, azar) -> int:
+    prueba = Prueba(motor, muere, telefono, azar)
+    aparte = disco.with_name("aparte")
     hechas, vida = 0, 0
     while hechas < vueltas and not prueba.males:
         # Every few lives the folder begins anew; in between, a new roll takes the names of the last one.
         if vida % 3 == 0:
-            shutil.rmtree(prueba.fotos)
-            prueba.fotos.mkdir()
+            en_memoria = tipo == "memoria" and vida % 2 == 0
+            prueba.disco = disco if tipo == "disco" or en_memoria else aparte
+            prueba.fotos = prueba.disco / "Fotos"
+            shutil.rmtree(prueba.fotos, ignore_errors=True)
+            prueba.fotos.mkdir(parents=True)
+            ordenes = ("copiar",) if en_memoria else ("copiar", "copiar", "liberar")
+            finales = FINALES + (["disco lleno"] if prueba.disco == disco else [])
         vida += 1
         carrete_nuevo(telefono.carrete, azar)
         originales = contenidos(telefono.carrete)
         de_antes = {suma for suma, _ in contenidos(prueba.fotos).values()}
         for _ in range(azar.randint(4, 12)):
-            orden = azar.choice(("copiar", "copiar", "liberar"))
-            final = azar.choice(FINALES)
+            orden = azar.choice(ordenes)
+            final = azar.choice(finales)
             prueba.cortada(orden, final)
             prueba.revisar(f"{orden}, {final}", originales, de_antes)
             hechas += 1

@@ -55,7 +55,8 @@ Resultado<QByteArray> PruebaDeCopia::deLaCopia(CarpetaDeDestino &donde, const Fi
     };
     const auto copia = relativa.isEmpty() ? Descriptor() : donde.leer(relativa);
     struct stat como = {};
-    if (!copia || fstat(*copia, &como) != 0 || !S_ISREG(como.st_mode))
+    // A name that only memory still leads to has no link left.
+    if (!copia || fstat(*copia, &como) != 0 || !S_ISREG(como.st_mode) || como.st_nlink == 0)
         return no(u"su copia ya no está en la carpeta"_s);
     if (como.st_size != fichero.ficha.tamano)
         return no(u"su copia ya no está entera"_s);
