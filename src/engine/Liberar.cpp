@@ -14,7 +14,7 @@ namespace
 {
 
 struct PlanDeLiberar {
-    std::vector<FotoConCopias> fotos; ///< those that may go
+    std::vector<FotoEntera> fotos; ///< those that may go
     qint64 ficheros = 0;
     qint64 seQuedan = 0; ///< files
     qint64 bytes = 0;
@@ -24,22 +24,20 @@ struct PlanDeLiberar {
 PlanDeLiberar planear(const Carrete &carrete, const Copiadas &copiadas)
 {
     struct EnCurso {
-        FotoConCopias foto;
+        FotoEntera foto;
         qint64 bytes = 0;
         bool entera = true;
     };
     std::map<QByteArray, EnCurso> fotos;
     for (const auto &fichero : carrete.ficheros) {
         auto &suya = fotos[elementoDe(fichero.relativa)];
-        const auto copia = copiadas.juzgar(fichero);
-        suya.entera = suya.entera && copia.juicio != Copiadas::Juicio::Falta;
+        suya.entera = suya.entera && copiadas.juzgar(fichero).juicio != Copiadas::Juicio::Falta;
         suya.bytes += fichero.ficha.tamano;
-        suya.foto.ficheros.push_back(&fichero);
-        suya.foto.copias.push_back(copia.relativa);
+        suya.foto.push_back(&fichero);
     }
     PlanDeLiberar plan;
     for (auto &[clave, suya] : fotos) {
-        const auto cuantos = static_cast<qint64>(suya.foto.ficheros.size());
+        const auto cuantos = static_cast<qint64>(suya.foto.size());
         if (!suya.entera) {
             plan.seQuedan += cuantos;
             continue;
@@ -51,7 +49,7 @@ PlanDeLiberar planear(const Carrete &carrete, const Copiadas &copiadas)
     return plan;
 }
 
-int borrar(const PlanDeLiberar &plan, Conexiones &conexiones, const Carrete &carrete, const Copiadas &copiadas,
+int borrar(const PlanDeLiberar &plan, Conexiones &conexiones, const Carrete &carrete, Copiadas &copiadas,
            const QString &destino, Avisos &avisar)
 {
     CuentaDeBorrado cuenta;
@@ -69,7 +67,7 @@ int borrar(const PlanDeLiberar &plan, Conexiones &conexiones, const Carrete &car
 int liberar(const QStringList &argumentos, Avisos &avisar)
 {
     return conElCarrete(argumentos[0], avisar, [&](Conexiones &conexiones, const Carrete &carrete) {
-        const auto copiadas = Copiadas::leer(argumentos[1], argumentos[0]);
+        auto copiadas = Copiadas::leer(argumentos[1], argumentos[0]);
         const auto plan = planear(carrete, copiadas);
         avisar.avisar(u"plan"_s,
                       {{u"a_borrar"_s, plan.ficheros}, {u"se_quedan"_s, plan.seQuedan}, {u"bytes"_s, plan.bytes}});

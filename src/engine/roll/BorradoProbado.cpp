@@ -17,7 +17,7 @@ constexpr size_t fotosEnUnaTanda = 24;
 
 } // namespace
 
-BorradoProbado::BorradoProbado(const QString &laCarpeta, const Copiadas &lasCopiadas, Conexiones &lasConexiones,
+BorradoProbado::BorradoProbado(const QString &laCarpeta, Copiadas &lasCopiadas, Conexiones &lasConexiones,
                                Avisos &losAvisos, CuentaDeBorrado &laCuenta)
     : carpeta(laCarpeta), copiadas(lasCopiadas), conexiones(lasConexiones), avisar(losAvisos), cuenta(laCuenta)
 {
@@ -28,11 +28,11 @@ bool BorradoProbado::parado() const
     return Interrupcion::pedida() || conexiones.primera().perdido();
 }
 
-std::optional<QString> BorradoProbado::preparar(const std::vector<FotoConCopias> &fotos)
+std::optional<QString> BorradoProbado::preparar(const std::vector<FotoEntera> &fotos)
 {
     QStringList rutas;
     for (const auto &foto : fotos) {
-        for (const auto *fichero : foto.ficheros)
+        for (const auto *fichero : foto)
             rutas << fichero->ruta;
     }
     auto abierta = PruebaDeCopia::abrir(carpeta, copiadas, conexiones, rutas);
@@ -46,7 +46,7 @@ std::optional<QString> BorradoProbado::preparar(const std::vector<FotoConCopias>
     return {};
 }
 
-std::optional<QString> BorradoProbado::borrar(const std::vector<FotoConCopias> &fotos, const Avance &elAvance)
+std::optional<QString> BorradoProbado::borrar(const std::vector<FotoEntera> &fotos, const Avance &elAvance)
 {
     avance = elAvance;
     if (fotos.empty())
@@ -69,20 +69,20 @@ std::optional<QString> BorradoProbado::borrar(const std::vector<FotoConCopias> &
     return {};
 }
 
-std::optional<BorradoProbado::Probada> BorradoProbado::probar(const FotoConCopias &foto)
+std::optional<BorradoProbado::Probada> BorradoProbado::probar(const FotoEntera &foto)
 {
-    Probada probada{&foto, {}};
-    for (size_t i = 0; i < foto.ficheros.size(); ++i) {
-        auto huella = prueba->probar(*foto.ficheros[i], foto.copias[i]);
-        if (!huella && parado())
+    Probada probada;
+    for (const auto *fichero : foto) {
+        auto copia = prueba->probar(*fichero);
+        if (!copia && parado())
             return {};
-        if (!huella) {
-            decirPorQue(*foto.ficheros[i], huella.motivo());
-            cuenta.sinPrueba += static_cast<qint64>(foto.ficheros.size());
-            avance(*foto.ficheros[i]);
+        if (!copia) {
+            decirPorQue(*fichero, copia.motivo());
+            cuenta.sinPrueba += static_cast<qint64>(foto.size());
+            avance(*fichero);
             return {};
         }
-        probada.lineas.push_back({foto.ficheros[i], foto.copias[i], *std::move(huella)});
+        probada.push_back({fichero, *std::move(copia)});
     }
     return probada;
 }
@@ -91,7 +91,7 @@ std::optional<QString> BorradoProbado::quitar(const std::vector<Probada> &tanda)
 {
     std::vector<ListaDeBorradas::Linea> lineas;
     for (const auto &probada : tanda)
-        lineas.insert(lineas.end(), probada.lineas.begin(), probada.lineas.end());
+        lineas.insert(lineas.end(), probada.begin(), probada.end());
     if (!lista->apuntar(lineas))
         return u"No puedo apuntar en la carpeta de las fotos lo que borro, así que no borro nada más. ¿Está lleno el "
                "disco?"_s;
@@ -112,8 +112,8 @@ std::optional<QString> BorradoProbado::quitarFoto(const Probada &probada)
         return {};
     }
     auto &afc = conexiones.primera();
-    for (size_t i = 0; i < probada.lineas.size(); ++i) {
-        const auto &linea = probada.lineas[i];
+    for (size_t i = 0; i < probada.size(); ++i) {
+        const auto &linea = probada[i];
         const auto motivo = afc.borrar(linea.fichero->ruta);
         if (motivo && afc.faltaba())
             continue; // deleted on the phone meanwhile
@@ -124,12 +124,12 @@ std::optional<QString> BorradoProbado::quitarFoto(const Probada &probada)
         ++cuenta.borrados;
         cuenta.liberados += linea.fichero->ficha.tamano;
         avance(*linea.fichero);
-        if (std::exchange(esLaPrimera, false) && !prueba->sigueAhi(*linea.fichero, linea.copia, linea.huella) &&
+        if (std::exchange(esLaPrimera, false) && !prueba->sigueAhi(*linea.fichero, linea.copia) &&
             !Interrupcion::pedida()) {
             dejar(probada, i + 1, {}, nullptr);
             return u"Al borrar la primera foto del iPhone, su copia (%1) ha dejado de leerse bien. He parado y no borro "
                    "ninguna más: puede que la carpeta de las fotos sea el propio iPhone."_s.arg(
-                       QString::fromUtf8(linea.copia));
+                       QString::fromUtf8(linea.copia.relativa));
         }
     }
     return {};
@@ -138,7 +138,7 @@ std::optional<QString> BorradoProbado::quitarFoto(const Probada &probada)
 std::optional<QString> BorradoProbado::haCambiado(const Probada &probada)
 {
     auto &afc = conexiones.primera();
-    for (const auto &linea : probada.lineas) {
+    for (const auto &linea : probada) {
         const auto ahora = afc.ficha(linea.fichero->ruta);
         if (!ahora && !afc.faltaba())
             return ahora.motivo();
@@ -150,15 +150,15 @@ std::optional<QString> BorradoProbado::haCambiado(const Probada &probada)
 
 void BorradoProbado::dejar(const Probada &probada, size_t desde, const QString &motivo, qint64 CuentaDeBorrado::*donde)
 {
-    for (auto i = desde; i < probada.lineas.size(); ++i) {
-        lista->apuntarQueSigue(probada.lineas[i]);
+    for (auto i = desde; i < probada.size(); ++i) {
+        lista->apuntarQueSigue(probada[i]);
         if (donde != nullptr)
             ++(cuenta.*donde);
     }
     if (motivo.isEmpty() || donde == nullptr)
         return;
-    decirPorQue(*probada.lineas[desde].fichero, motivo);
-    avance(*probada.lineas[desde].fichero);
+    decirPorQue(*probada[desde].fichero, motivo);
+    avance(*probada[desde].fichero);
 }
 
 void BorradoProbado::decirPorQue(const FicheroDelCarrete &fichero, const QString &motivo)

@@ -7,11 +7,8 @@
 namespace vellora::motor
 {
 
-/// One photo as a person sees it, with its files that may go and where the copy of each should stand.
-struct FotoConCopias {
-    std::vector<const FicheroDelCarrete *> ficheros;
-    std::vector<QByteArray> copias; ///< relative, in the same order; empty where there is none
-};
+/// The files of one photo as a person sees it: all of them go, or none.
+using FotoEntera = std::vector<const FicheroDelCarrete *>;
 
 /// What became of a deletion, in files.
 struct CuentaDeBorrado {
@@ -30,22 +27,19 @@ class BorradoProbado
 {
 public:
     /// `carpeta`: where the copies are. `cuenta` is kept up to date for the caller, who may count more in it.
-    BorradoProbado(const QString &carpeta, const Copiadas &copiadas, Conexiones &conexiones, Avisos &avisar,
+    BorradoProbado(const QString &carpeta, Copiadas &copiadas, Conexiones &conexiones, Avisos &avisar,
                    CuentaDeBorrado &cuenta);
 
     using Avance = std::function<void(const FicheroDelCarrete &)>;
     /// Why the run had to stop before its end; absent when it came to its end, was asked to stop, or the phone went.
     /// What stays and why goes to the log. `avance` is called after each file that went, and after each that stayed.
-    std::optional<QString> borrar(const std::vector<FotoConCopias> &fotos, const Avance &avance);
+    std::optional<QString> borrar(const std::vector<FotoEntera> &fotos, const Avance &avance);
 
 private:
-    struct Probada {
-        const FotoConCopias *foto;
-        std::vector<ListaDeBorradas::Linea> lineas;
-    };
+    using Probada = std::vector<ListaDeBorradas::Linea>;
 
-    std::optional<QString> preparar(const std::vector<FotoConCopias> &fotos);
-    std::optional<Probada> probar(const FotoConCopias &foto);
+    std::optional<QString> preparar(const std::vector<FotoEntera> &fotos);
+    std::optional<Probada> probar(const FotoEntera &foto);
     std::optional<QString> quitar(const std::vector<Probada> &tanda);
     std::optional<QString> quitarFoto(const Probada &probada);
     /// Words for why a file of the photo is not what was proved; absent when all are. Files that have gone are none.
@@ -55,7 +49,7 @@ private:
     bool parado() const;
 
     QString carpeta;
-    const Copiadas &copiadas;
+    Copiadas &copiadas;
     Conexiones &conexiones;
     Avisos &avisar;
     CuentaDeBorrado &cuenta;

@@ -23,8 +23,8 @@ QByteArray enTexto(const ListaDeBorradas::Linea &linea)
     QByteArray texto = QDateTime::currentDateTime().toString(u"yyyy-MM-dd HH:mm:ss"_s).toLatin1() + '\t';
     ponerTextoLimpio(texto, linea.fichero->ruta.toUtf8());
     texto += '\t' + QByteArray::number(linea.fichero->ficha.tamano) + '\t';
-    ponerTextoLimpio(texto, linea.copia);
-    return texto + '\t' + linea.huella.toHex();
+    ponerTextoLimpio(texto, linea.copia.relativa);
+    return texto + '\t' + linea.copia.huella.toHex();
 }
 
 } // namespace

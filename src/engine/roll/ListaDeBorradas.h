@@ -1,7 +1,6 @@
 #pragma once
 
-#include "core/CarpetaDeDestino.h"
-#include "engine/roll/Carrete.h"
+#include "engine/roll/PruebaDeCopia.h"
 
 namespace vellora::motor
 {
@@ -16,8 +15,7 @@ public:
 
     struct Linea {
         const FicheroDelCarrete *fichero;
-        QByteArray copia; ///< relative to the folder
-        QByteArray huella;
+        PruebaDeCopia::Copia copia;
     };
     /// Adds what is about to go. False when it is not on the disk: then nothing may go.
     bool apuntar(const std::vector<Linea> &lineas);

@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 namespace vellora::motor
 {
 
-Resultado<PruebaDeCopia> PruebaDeCopia::abrir(const QString &carpeta, const Copiadas &copiadas, Conexiones &conexiones,
+Resultado<PruebaDeCopia> PruebaDeCopia::abrir(const QString &carpeta, Copiadas &copiadas, Conexiones &conexiones,
                                               const QStringList &rutas)
 {
     using Prueba = Resultado<PruebaDeCopia>;
@@ -27,24 +27,40 @@ Resultado<PruebaDeCopia> PruebaDeCopia::abrir(const QString &carpeta, const Copi
     return PruebaDeCopia(copiadas, conexiones, *std::move(abierta), *sitio);
 }
 
-Resultado<QByteArray> PruebaDeCopia::probar(const FicheroDelCarrete &fichero, const QByteArray &relativa)
+Resultado<PruebaDeCopia::Copia> PruebaDeCopia::probar(const FicheroDelCarrete &fichero)
 {
-    auto local = deLaCopia(carpeta, fichero, relativa);
-    if (!local)
-        return local;
-    const auto anotada = copiadas->huella(fichero);
-    const auto suya = anotada ? Resultado(*anotada) : delTelefono(fichero);
-    if (!suya)
-        return suya;
-    return *suya == *local ? local : Resultado<QByteArray>::fallo(u"su copia no es igual"_s);
+    const auto no = [](const QString &motivo) {
+        return Resultado<Copia>::fallo(motivo);
+    };
+    std::optional<Resultado<QByteArray>> delAparato;
+    auto motivo = u"no tiene copia en la carpeta"_s;
+    for (const auto &relativa : copiadas->candidatas(fichero)) {
+        const auto local = deLaCopia(carpeta, fichero, relativa);
+        if (!local) {
+            motivo = local.motivo();
+            continue;
+        }
+        if (!delAparato) {
+            const auto anotada = copiadas->huella(fichero);
+            delAparato = anotada ? Resultado(*anotada) : delTelefono(fichero);
+        }
+        if (!*delAparato)
+            return no(delAparato->motivo());
+        if (**delAparato == *local)
+            return Copia{relativa, *local};
+        motivo = u"su copia no es igual"_s;
+    }
+    // What the note says is not there: the next copy brings it again.
+    if (!Interrupcion::pedida())
+        copiadas->desmentir(fichero);
+    return no(motivo);
 }
 
-bool PruebaDeCopia::sigueAhi(const FicheroDelCarrete &fichero, const QByteArray &relativa,
-                             const QByteArray &huella) const
+bool PruebaDeCopia::sigueAhi(const FicheroDelCarrete &fichero, const Copia &copia) const
 {
     auto otraVez = CarpetaDeDestino::abrir(carpeta.ruta());
-    const auto suma = otraVez ? deLaCopia(*otraVez, fichero, relativa) : Resultado<QByteArray>::fallo({});
-    return suma && *suma == huella;
+    const auto suma = otraVez ? deLaCopia(*otraVez, fichero, copia.relativa) : Resultado<QByteArray>::fallo({});
+    return suma && *suma == copia.huella;
 }
 
 Resultado<QByteArray> PruebaDeCopia::deLaCopia(CarpetaDeDestino &donde, const FicheroDelCarrete &fichero,
@@ -53,7 +69,7 @@ Resultado<QByteArray> PruebaDeCopia::deLaCopia(CarpetaDeDestino &donde, const Fi
     const auto no = [](const QString &motivo) {
         return Resultado<QByteArray>::fallo(motivo);
     };
-    const auto copia = relativa.isEmpty() ? Descriptor() : donde.leer(relativa);
+    const auto copia = donde.leer(relativa);
     struct stat como = {};
     // A name that only memory still leads to has no link left.
     if (!copia || fstat(*copia, &como) != 0 || !S_ISREG(como.st_mode) || como.st_nlink == 0)
