@@ -1,6 +1,6 @@
-// Preloaded into a program: a disk that has lost what the machine still remembers. Of files whose name holds MEDIO_MALO,
-// reading gives what is there as long as it comes from memory; from the moment that a file's pages are dropped, or it is
-// read past them, each of its blocks of 1 MiB begins with 4 KiB of other bytes.
+// Preloaded into a program: a disk that has lost what the machine still remembers. Of files whose name holds
+// MEDIO_MALO, reading gives what is there as long as it comes from memory; from the moment that a file's pages are
+// dropped, or it is read past them, each of its blocks of 1 MiB begins with 4 KiB of other bytes.
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>

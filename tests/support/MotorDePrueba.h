@@ -19,8 +19,7 @@ struct Corrida {
     QJsonObject operator[](const QString &tipo) const { return avisos.value(tipo); }
     QString todo() const
     {
-        return lineas.join(u'\n') + u'\n' +
-               avisos.value(QStringLiteral("error"))[QStringLiteral("motivo")].toString();
+        return lineas.join(u'\n') + u'\n' + avisos.value(QStringLiteral("error"))[QStringLiteral("motivo")].toString();
     }
 };
 

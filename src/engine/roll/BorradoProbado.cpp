@@ -127,7 +127,8 @@ std::optional<QString> BorradoProbado::quitarFoto(const Probada &probada)
         if (std::exchange(esLaPrimera, false) && !prueba->sigueAhi(*linea.fichero, linea.copia) &&
             !Interrupcion::pedida()) {
             dejar(probada, i + 1, {}, nullptr);
-            return u"Al borrar la primera foto del iPhone, su copia (%1) ha dejado de leerse bien. He parado y no borro "
+            return u"Al borrar la primera foto del iPhone, su copia (%1) ha dejado de leerse bien. He parado y no "
+                   u"borro "
                    "ninguna más: puede que la carpeta de las fotos sea el propio iPhone."_s.arg(
                        QString::fromUtf8(linea.copia.relativa));
         }

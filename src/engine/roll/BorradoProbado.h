@@ -19,10 +19,10 @@ struct CuentaDeBorrado {
     qint64 siguenAhi() const { return sinPrueba + negados; }
 };
 
-/// Takes photos off the phone whose every file has a proven copy. A photo goes whole or stays whole, as far as the phone
-/// obeys: first the proof, then the note in "Borradas del iPhone.txt", then the phone is asked once more whether its
-/// file is still the one that was proved, and then it goes. The first file to go goes alone, and its copy is proved once
-/// more before the next. One thread.
+/// Takes photos off the phone whose every file has a proven copy. A photo goes whole or stays whole, as far as the
+/// phone obeys: first the proof, then the note in "Borradas del iPhone.txt", then the phone is asked once more whether
+/// its file is still the one that was proved, and then it goes. The first file to go goes alone, and its copy is proved
+/// once more before the next. One thread.
 class BorradoProbado
 {
 public:

@@ -38,14 +38,12 @@ int acabarBorrado(const Borrado &borrado, const CuentaDeBorrado &cuenta, Conexio
         avisar.linea(problema);
     const bool todoMirado = borrado.todoMirado && carrete->problemas.isEmpty();
     if (borrado.conLista && cuenta.borrados > 0 && !todoMirado)
-        avisar.linea(u"La lista de la app Fotos se queda como está: el iPhone no me ha dejado mirar todas sus carpetas."_s);
+        avisar.linea(
+            u"La lista de la app Fotos se queda como está: el iPhone no me ha dejado mirar todas sus carpetas."_s);
     const bool listaBorrada = borrado.conLista && todoMirado && cuenta.borrados > 0 && borrarBaseDeFotos(afc);
-    QJsonObject fin{{u"borrados"_s, cuenta.borrados},
-                    {u"liberados"_s, cuenta.liberados},
-                    {u"siguen_ahi"_s, cuenta.siguenAhi()},
-                    {u"sin_prueba"_s, cuenta.sinPrueba},
-                    {u"se_quedan"_s, borrado.seQuedan},
-                    {u"sin_mirar"_s, carrete->problemas.size()},
+    QJsonObject fin{{u"borrados"_s, cuenta.borrados},      {u"liberados"_s, cuenta.liberados},
+                    {u"siguen_ahi"_s, cuenta.siguenAhi()}, {u"sin_prueba"_s, cuenta.sinPrueba},
+                    {u"se_quedan"_s, borrado.seQuedan},    {u"sin_mirar"_s, carrete->problemas.size()},
                     {u"lista_borrada"_s, listaBorrada}};
     if (todoMirado)
         fin[u"quedan_en_carrete"_s] = contarElementos(*carrete);

@@ -16,8 +16,8 @@ struct Borrado {
 
 /// Ends a deletion: looks at what is left, drops the list of the Photos app where that may be, and tells of both. The
 /// list goes only after a photo has gone, and stays as long as some folder of the phone could not be looked into.
-/// Notices: "fin" (see `liberar`), or, of a deletion that did not come to its end, "cortado" borrados quedan (files that
-/// were to go) liberados lista_borrada. The exit status.
+/// Notices: "fin" (see `liberar`), or, of a deletion that did not come to its end, "cortado" borrados quedan (files
+/// that were to go) liberados lista_borrada. The exit status.
 int acabarBorrado(const Borrado &borrado, const CuentaDeBorrado &cuenta, Conexiones &conexiones, Avisos &avisar);
 
 /// The second of these, for deletions that look at what is left in their own way.

@@ -6,8 +6,8 @@
 namespace vellora::motor
 {
 
-/// The one proof that a photo may leave the phone: at this moment a whole copy of the phone's file stands on a medium of
-/// the computer. Whoever deletes what was called copied asks it right before. One thread.
+/// The one proof that a photo may leave the phone: at this moment a whole copy of the phone's file stands on a medium
+/// of the computer. Whoever deletes what was called copied asks it right before. One thread.
 class PruebaDeCopia
 {
 public:
@@ -20,17 +20,16 @@ public:
         QByteArray relativa; ///< where it stands in the folder
         QByteArray huella;   ///< SHA-256, the phone's and its own
     };
-    /// The copy of the phone's file, as its medium holds it at this moment. Of several that could be it, content decides.
-    /// Fails with words that tell why the photo stays, to follow "Dejo en el iPhone X: ". Reads the phone's bytes too
-    /// where no note of this day stands for them. A note that its copy gives the lie to is taken back.
+    /// The copy of the phone's file, as its medium holds it at this moment. Of several that could be it, content
+    /// decides. Fails with words that tell why the photo stays, to follow "Dejo en el iPhone X: ". Reads the phone's
+    /// bytes too where no note of this day stands for them. A note that its copy gives the lie to is taken back.
     Resultado<Copia> probar(const FicheroDelCarrete &fichero);
     /// Proves it once more in the folder opened anew, for the moment after the first deletion: false when the copy went
     /// with the phone's file, or is no longer what it was.
     bool sigueAhi(const FicheroDelCarrete &fichero, const Copia &copia) const;
 
 private:
-    PruebaDeCopia(Copiadas &lasCopiadas, Conexiones &lasConexiones, CarpetaDeDestino laCarpeta,
-                  SitioDeCopias elSitio)
+    PruebaDeCopia(Copiadas &lasCopiadas, Conexiones &lasConexiones, CarpetaDeDestino laCarpeta, SitioDeCopias elSitio)
         : copiadas(&lasCopiadas), conexiones(&lasConexiones), carpeta(std::move(laCarpeta)), sitio(elSitio)
     {
     }

@@ -28,7 +28,7 @@ namespace
 constexpr auto principioDeSonda = ".vellora-sonda-";
 
 /// Drivers in user space of disks of this computer. Of all others nobody knows what they show.
-constexpr std::array discosPorFuse{"fuseblk", "fuse.ntfs",  "fuse.ntfs-3g",   "fuse.lowntfs-3g",
+constexpr std::array discosPorFuse{"fuseblk",    "fuse.ntfs",       "fuse.ntfs-3g", "fuse.lowntfs-3g",
                                    "fuse.exfat", "fuse.exfat-fuse", "fuse.fuse2fs", "fuse.apfs-fuse"};
 
 /// The kind of file system of a mount, as the kernel lists it; empty when it is not in the list.
@@ -58,7 +58,8 @@ std::optional<QString> noEsDeFiar(int carpeta, quint64 montaje)
     const bool esConocido = std::any_of(discosPorFuse.begin(), discosPorFuse.end(),
                                         [&tipo](const char *conocido) { return tipo == conocido; });
     if (como.f_type == FUSE_SUPER_MAGIC && !esConocido)
-        return u"La carpeta de las fotos está en un sistema de archivos que no conozco (%1): podría ser el propio iPhone. "
+        return u"La carpeta de las fotos está en un sistema de archivos que no conozco (%1): podría ser el propio "
+               u"iPhone. "
                "No borro nada. Copia las fotos a un disco de este ordenador y vuelve a intentarlo."_s.arg(
                    tipo.isEmpty() ? u"fuse"_s : QString::fromUtf8(tipo));
     return {};
@@ -94,8 +95,8 @@ public:
     {
         struct stat suya = {};
         struct stat vista = {};
-        return fstat(*fichero, &suya) == 0 &&
-               fstatat(carpeta, nombre_.constData(), &vista, AT_SYMLINK_NOFOLLOW) == 0 && suya.st_ino == vista.st_ino;
+        return fstat(*fichero, &suya) == 0 && fstatat(carpeta, nombre_.constData(), &vista, AT_SYMLINK_NOFOLLOW) == 0 &&
+               suya.st_ino == vista.st_ino;
     }
     QString nombre() const { return QString::fromLatin1(nombre_); }
 
@@ -136,11 +137,13 @@ std::optional<QString> esDelTelefono(int carpeta, Conexiones &conexiones, const 
             const auto vista = afc.ficha(donde[i] + u'/' + sonda.nombre());
             const std::lock_guard cerrojo(mutex);
             if (vista)
-                motivo = u"La carpeta de las fotos es el propio iPhone, así que ahí no hay ninguna copia. No borro nada. "
-                         "Elige una carpeta de este ordenador, copia las fotos y vuelve a intentarlo."_s;
+                motivo =
+                    u"La carpeta de las fotos es el propio iPhone, así que ahí no hay ninguna copia. No borro nada. "
+                    "Elige una carpeta de este ordenador, copia las fotos y vuelve a intentarlo."_s;
             else if (!afc.faltaba() && !motivo)
-                motivo = u"No he podido comprobar que la carpeta de las fotos no sea el propio iPhone. No borro nada. "_s +
-                         vista.motivo();
+                motivo =
+                    u"No he podido comprobar que la carpeta de las fotos no sea el propio iPhone. No borro nada. "_s +
+                    vista.motivo();
             if (motivo)
                 return;
         }
@@ -168,8 +171,8 @@ void limpiarSondas(const QString &carpeta)
 std::optional<quint64> montajeDe(int descriptor)
 {
     struct statx como = {};
-    const bool seSabe = statx(descriptor, "", AT_EMPTY_PATH, STATX_MNT_ID, &como) == 0 &&
-                        (como.stx_mask & STATX_MNT_ID) != 0;
+    const bool seSabe =
+        statx(descriptor, "", AT_EMPTY_PATH, STATX_MNT_ID, &como) == 0 && (como.stx_mask & STATX_MNT_ID) != 0;
     return seSabe ? std::optional<quint64>(como.stx_mnt_id) : std::nullopt;
 }
 

@@ -18,8 +18,8 @@ class SitioDeCopias
 {
 public:
     /// Fails with a sentence when the folder is not there, stands in memory, on a file system that could show the phone
-    /// itself, or is found to be one of the phone's: a file made in it for a moment must not appear in any folder of the
-    /// phone that holds photos of the roll, nor above one.
+    /// itself, or is found to be one of the phone's: a file made in it for a moment must not appear in any folder of
+    /// the phone that holds photos of the roll, nor above one.
     static Resultado<SitioDeCopias> abrir(const QString &carpeta, Conexiones &conexiones, const QStringList &rutas);
 
     /// Whether an open file is in the folder itself and not in something else that is mounted below it.
