@@ -20,8 +20,8 @@ namespace vellora
 namespace
 {
 
-/// Turns batches of bytes into lines. Only a character cut by the end of a batch is kept for the next one; a batch that
-/// is not UTF-8 is dropped whole.
+/// Turns batches of bytes into lines. Only a character cut by the end of a batch is kept for the next one; bytes that
+/// make no character are lost by themselves.
 class LectorDeLineas
 {
 public:
@@ -31,8 +31,10 @@ public:
         const auto cortados = bytesDeCaracterCortado(bytes);
         resto = bytes.last(cortados);
         QStringDecoder decodificar(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-        const QString texto = decodificar(bytes.chopped(cortados));
-        return decodificar.hasError() ? QStringList() : partirEnLineas(texto);
+        QString texto = decodificar(bytes.chopped(cortados));
+        if (decodificar.hasError())
+            texto.remove(QChar::ReplacementCharacter);
+        return partirEnLineas(texto);
     }
 
 private:
