@@ -29,11 +29,20 @@ public:
     explicit Ejecutor(QObject *padre = nullptr);
     ~Ejecutor() override;
 
-    /// Runs a tool and returns what it wrote to standard output, or an empty text when it cannot be started or writes
-    /// bytes that are not UTF-8. Standard error is thrown away; the environment is inherited as it is.
-    /// Blocks: background threads only. `segundos` is looked at between two reads only, so a tool that stays silent
-    /// without ending is waited for.
+    struct Respuesta {
+        QString salida;
+        bool aTiempo = true; ///< false when it had to be ended; `salida` is then what it had written by that time
+    };
+
+    /// Runs a tool and returns what it wrote to standard output, or an empty text when it cannot be started, writes
+    /// bytes that are not UTF-8, or more than `maximoDeSalida`. Standard error is thrown away; the environment is
+    /// inherited as it is. Blocks: background threads only, at most `segundos` and the grace. A tool that has not ended
+    /// by then is ended, with all that it started, and so it is when the program ends meanwhile.
+    static Respuesta preguntar(const QString &ejecutable, const QStringList &argumentos, double segundos);
+    /// The same, where it is all one whether the tool ended by itself.
     static QString rapido(const QString &ejecutable, const QStringList &argumentos, double segundos = 20.0);
+
+    static constexpr qsizetype maximoDeSalida = 64LL * 1024 * 1024;
 
     /// Starts a job and returns at once. Main thread only, as are both callbacks.
     /// `linea` gets each line of standard output and standard error, trimmed of blanks and tabs, never empty; a line

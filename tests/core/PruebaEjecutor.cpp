@@ -1,12 +1,16 @@
 #include "core/Ejecutor.h"
 #include "core/Herramientas.h"
+#include "core/SegundoPlano.h"
 
 #include <QElapsedTimer>
 #include <QFile>
-#include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 
+#include <chrono>
 #include <csignal>
+#include <cstdio>
+#include <thread>
 
 using namespace Qt::StringLiterals;
 using namespace vellora;
@@ -49,6 +53,7 @@ private slots:
     void partirEnLineas();
     void laSalidaLlegaEnterAntesDelFinal();
     void losCaracteresCortadosNoSePierden();
+    void unByteSueltoSePierdeSolo();
     void unEjecutableQueNoExiste();
     void elEntornoSustituyeYSeConsume();
     void cancelarAcabaConTodoElGrupo();
@@ -58,6 +63,9 @@ private slots:
     void rapido();
     void rapidoCortaAlQueEscribeSinFin();
     void rapidoNoEsperaAlQueCierraSuSalida();
+    void rapidoNoEsperaAlQueCalla_data();
+    void rapidoNoEsperaAlQueCalla();
+    void elSegundoPlanoAcabaAntesQueElPrograma();
 };
 
 void PruebaEjecutor::partirEnLineas_data()
@@ -98,6 +106,17 @@ void PruebaEjecutor::losCaracteresCortadosNoSePierden()
     lanzar(ejecutor, resultado, u"printf 'a\\303'; sleep 0.3; printf '\\261o\\n'; sleep 0.3; printf '\\377\\n'"_s);
     QTRY_COMPARE(resultado.finales, QList<int>{0});
     QCOMPARE(resultado.lineas, (QStringList{u"a"_s, u"ño"_s})); // the last batch is no text at all
+}
+
+void PruebaEjecutor::unByteSueltoSePierdeSolo()
+{
+    Ejecutor ejecutor;
+    Resultado resultado;
+    // First bytes of characters that never come: at the end of a batch, and in its midst.
+    lanzar(ejecutor, resultado,
+           u"printf 'uno\\n\\303'; sleep 0.3; printf 'dos\\n'; sleep 0.3; printf 'tr\\361es\\ncuatro\\n'"_s);
+    QTRY_COMPARE(resultado.finales, QList<int>{0});
+    QCOMPARE(resultado.lineas, (QStringList{u"uno"_s, u"dos"_s, u"tres"_s, u"cuatro"_s}));
 }
 
 void PruebaEjecutor::unEjecutableQueNoExiste()
@@ -209,9 +228,86 @@ void PruebaEjecutor::rapidoNoEsperaAlQueCierraSuSalida()
     QVERIFY(reloj.elapsed() < 20000);
 }
 
+void PruebaEjecutor::rapidoNoEsperaAlQueCalla_data()
+{
+    QTest::addColumn<QString>("guion");
+    QTest::addColumn<QString>("salida");
+    QTest::newRow("silent from the start") << u"sleep 20; echo tarde"_s << QString();
+    QTest::newRow("silent after a word") << u"echo algo; sleep 20; echo tarde"_s << u"algo\n"_s;
+    QTest::newRow("deaf to the polite request") << u"trap '' TERM; echo algo; sleep 20; echo tarde"_s << u"algo\n"_s;
+    QTest::newRow("its own child is the silent one")
+        << u"(trap '' TERM; sleep 20; echo tarde) & echo algo; wait"_s << u"algo\n"_s;
+}
+
+void PruebaEjecutor::rapidoNoEsperaAlQueCalla()
+{
+    QFETCH(QString, guion);
+    const auto respuesta = Ejecutor::preguntar(sh, {u"-c"_s, guion}, 0.5);
+    QVERIFY(!respuesta.aTiempo);
+    QTEST(respuesta.salida, "salida");
+    QVERIFY(Ejecutor::preguntar(sh, {u"-c"_s, u"exit 3"_s}, 10).aTiempo);
+    // What a tool leaves behind holds nobody up, though it keeps the output open.
+    QCOMPARE(Ejecutor::rapido(sh, {u"-c"_s, u"(sleep 20; echo tarde) & echo ya"_s}, 10), u"ya\n"_s);
+}
+
+void PruebaEjecutor::elSegundoPlanoAcabaAntesQueElPrograma()
+{
+    // A copy of this program ends while a thread of its waits for a tool and another one writes.
+    QProcess yo;
+    yo.start(QCoreApplication::applicationFilePath(), {u"--fin"_s});
+    QVERIFY(yo.waitForFinished(30000));
+    QCOMPARE(yo.exitCode(), 0);
+    const auto dicho = QString::fromUtf8(yo.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts);
+    QVERIFY2(dicho.contains(u"herramienta cortada"_s), qPrintable(dicho.join(u'|')));
+    QVERIFY2(dicho.contains(u"escrito"_s), qPrintable(dicho.join(u'|')));
+    QVERIFY(!dicho.contains(u"entregado"_s));
+    const auto cortada = dicho.indexOf(u"herramienta cortada"_s);
+    const auto hijo = dicho.value(cortada - 1).toInt();
+    QVERIFY(hijo > 0 && !vive(hijo));
+}
+
+namespace
+{
+
+/// What the copy of this program does that ends with threads at work.
+void acabarConTrabajoDelante()
+{
+    const auto decir = [](const char *que) {
+        std::puts(que);
+        std::fflush(stdout);
+    };
+    const auto entregado = [decir](int) {
+        decir("entregado");
+    };
+    enSegundoPlano(
+        qApp,
+        [decir] {
+            const auto hecho = Ejecutor::preguntar(sh, {u"-c"_s, u"echo $$; exec sleep 60"_s}, 60);
+            std::printf("%d\n", hecho.salida.trimmed().toInt());
+            decir(hecho.aTiempo ? "herramienta sin cortar" : "herramienta cortada");
+            return 0;
+        },
+        entregado);
+    enSegundoPlano(
+        qApp,
+        [decir] {
+            std::this_thread::sleep_for(std::chrono::seconds(1));
+            decir("escrito");
+            return 0;
+        },
+        entregado);
+    QTimer::singleShot(300, qApp, &QCoreApplication::quit);
+}
+
+} // namespace
+
 int main(int argc, char **argv)
 {
     QCoreApplication programa(argc, argv);
+    if (programa.arguments().contains(u"--fin"_s)) {
+        acabarConTrabajoDelante();
+        return QCoreApplication::exec();
+    }
     if (programa.arguments().contains(u"--hijo"_s)) {
         Ejecutor ejecutor;
         ejecutor.lanzar(
