@@ -138,12 +138,12 @@ Resultado<CarpetaDeTrabajo> CarpetaDeTrabajo::nueva(const QString &resultados)
     }
 }
 
-CarpetaDeTrabajo::~CarpetaDeTrabajo()
+void CarpetaDeTrabajo::quitar()
 {
     if (ruta_.isEmpty())
         return;
     CarpetaPrivada::quitar(*padre, QFile::encodeName(QFileInfo(ruta_).fileName()));
-    const auto raiz = QFileInfo(ruta_).path();
+    const auto raiz = QFileInfo(std::exchange(ruta_, {})).path();
     if (QFileInfo(raiz).fileName() == nombreEnResultados)
         rmdir(QFile::encodeName(raiz).constData()); // stays while another one works in it
 }

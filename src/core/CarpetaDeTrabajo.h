@@ -26,10 +26,12 @@ public:
     CarpetaDeTrabajo &operator=(CarpetaDeTrabajo &&) = delete;
     CarpetaDeTrabajo(const CarpetaDeTrabajo &) = delete;
     CarpetaDeTrabajo &operator=(const CarpetaDeTrabajo &) = delete;
-    ~CarpetaDeTrabajo();
+    ~CarpetaDeTrabajo() { quitar(); }
 
     const QString &ruta() const { return ruta_; }
     QString fichero(const QString &nombre) const { return ruta_ + u'/' + nombre; }
+    /// Removes it now. Not while another thread uses this object.
+    void quitar();
 
     /// For a second process that works in the same folder: keeps it from being taken for left over, also when the first
     /// one is gone, as long as the descriptor lives. Invalid when it is being removed or is nobody's working folder.
@@ -44,7 +46,7 @@ private:
     {
     }
 
-    QString ruta_; ///< empty once it was moved from
+    QString ruta_; ///< empty once it is gone
     Descriptor padre;
     Descriptor cerrojo;
 };

@@ -1,6 +1,7 @@
 #include "engine/Avisos.h"
 
-#include <QDir>
+#include "core/CarpetaPrivada.h"
+
 #include <QJsonDocument>
 #include <QTemporaryFile>
 
@@ -26,11 +27,11 @@ QByteArray enJson(const QJsonObject &objeto)
 /// Path of a new file that holds the object, or an empty text.
 QString enFichero(const QJsonObject &datos)
 {
-    const auto deLaSesion = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    const auto carpeta = QFileInfo(deLaSesion).isWritable() ? deLaSesion : QDir::tempPath();
-    // Made with permissions for the owner alone, and under a name that nobody has.
-    QTemporaryFile fichero(carpeta + u"/vellora-aviso-XXXXXX.json"_s);
-    if (!fichero.open() || fichero.write(enJson(datos)) < 0 || !fichero.flush() || fsync(fichero.handle()) != 0)
+    const auto carpeta = CarpetaPrivada::deLaSesion();
+    // Under a name that nobody has, for the owner alone.
+    QTemporaryFile fichero(carpeta + u"/aviso-XXXXXX.json"_s);
+    if (carpeta.isEmpty() || !fichero.open() || fichero.write(enJson(datos)) < 0 || !fichero.flush() ||
+        fsync(fichero.handle()) != 0)
         return {};
     fichero.setAutoRemove(false);
     return fichero.fileName();

@@ -17,8 +17,8 @@ public:
     /// Does not own the descriptor.
     explicit Avisos(int elDescriptor) : descriptor(elDescriptor) {}
 
-    /// What is longer than `largoMaximo` goes to a file of its own that only the owner can read, in the folder of the
-    /// session (XDG_RUNTIME_DIR) or the temporary one; the line names it in "fichero_datos" and the reader removes it.
+    /// What is longer than `largoMaximo` goes to a file of its own that only the owner can read, in the program's
+    /// private folder of the session; the line names it in "fichero_datos" and the reader removes it.
     /// False when that file cannot be written: nothing was told then.
     bool avisar(const QString &tipo, QJsonObject datos = {});
     /// The number of units to come.

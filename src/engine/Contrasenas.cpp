@@ -1,10 +1,10 @@
+#include "core/CarpetaDeTrabajo.h"
 #include "core/FicheroAjeno.h"
 #include "engine/Ordenes.h"
 #include "engine/backup/CopiaAbierta.h"
 #include "engine/backup/FicheroDescifrado.h"
 #include "engine/backup/LlaveroDeCopia.h"
 
-#include <QDir>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -92,7 +92,10 @@ qint64 contar(const QList<ClaveDelLlavero> &claves, Avisos &avisar)
 
 int contrasenas(const QStringList &argumentos, Avisos &avisar)
 {
-    const auto deTrabajo = CarpetaDeDestino::abrir(QDir::tempPath());
+    const auto privada = CarpetaDeTrabajo::nueva();
+    if (!privada)
+        return avisar.error(privada.motivo());
+    const auto deTrabajo = CarpetaDeDestino::abrir(privada->ruta());
     if (!deTrabajo)
         return avisar.error(deTrabajo.motivo());
     const auto copia = CopiaAbierta::abrir(

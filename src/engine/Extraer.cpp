@@ -1,3 +1,4 @@
+#include "core/CarpetaDeTrabajo.h"
 #include "engine/DeLaCopia.h"
 #include "engine/Ordenes.h"
 
@@ -75,11 +76,15 @@ int extraer(const QStringList &argumentos, Avisos &avisar)
     const auto deTrabajo = CarpetaDeDestino::abrir(argumentos[2]);
     if (!deTrabajo)
         return avisar.error(deTrabajo.motivo());
+    const bool soloLaAgenda = argumentos.value(3) == "agenda"_L1;
+    // Should the program that asked for this die, the folder is not cleared away under the work.
+    const auto dentro = soloLaAgenda ? Descriptor() : CarpetaDeTrabajo::entrar(argumentos[2]);
+    if (!soloLaAgenda && !dentro)
+        return avisar.error(u"La carpeta de trabajo %1 no es de quien la usa."_s.arg(argumentos[2]));
     const auto copia = abrirLaCopia(argumentos[0], argumentos[1], *deTrabajo, avisar);
     if (!copia)
         return avisar.error(copia.motivo());
 
-    const bool soloLaAgenda = argumentos.value(3) == "agenda"_L1;
     const Sacador sacador(*copia, soloLaAgenda ? &sitioDeLaAgenda : &sitioDe);
     const auto plan = sacador.planear();
     if (const auto falta = faltaDeSitio(plan.bytes, *deTrabajo))

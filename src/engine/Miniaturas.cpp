@@ -1,3 +1,4 @@
+#include "core/CarpetaDeTrabajo.h"
 #include "engine/Interrupcion.h"
 #include "engine/Ordenes.h"
 #include "engine/roll/Rutas.h"
@@ -74,7 +75,7 @@ QImage laDelFichero(Afc &afc, const FicheroDelCarrete &fichero, const QString &c
 {
     if (fichero.ficha.tamano > loMasLargo)
         return {};
-    QTemporaryFile bajado(carpeta + u"/.bajando-XXXXXX"_s);
+    QTemporaryFile bajado(carpeta + u"/bajado-XXXXXX"_s);
     return bajado.open() && bajar(afc, fichero, bajado) ? imagenReducida(bajado.fileName(), ladoDeMiniatura) : QImage();
 }
 
@@ -89,6 +90,9 @@ int miniaturas(const QStringList &argumentos, Avisos &avisar)
         return avisar.error(rutas.motivo());
     if (!QDir().mkpath(carpeta))
         return avisar.error(u"No puedo guardar las miniaturas en %1."_s.arg(carpeta));
+    const auto deTrabajo = CarpetaDeTrabajo::nueva(carpeta);
+    if (!deTrabajo)
+        return avisar.error(deTrabajo.motivo());
     const auto hacer = [&](Conexiones &conexiones) {
         const auto buscadas = buscarRutas(conexiones, *rutas);
         std::atomic<size_t> siguiente = 0;
@@ -110,7 +114,7 @@ int miniaturas(const QStringList &argumentos, Avisos &avisar)
                     if (imagen.isNull())
                         imagen = laDeLaCopia(argumentos[2], fichero);
                     if (imagen.isNull())
-                        imagen = laDelFichero(afc, fichero, carpeta);
+                        imagen = laDelFichero(afc, fichero, deTrabajo->ruta());
                     hecha = guardarMiniatura(imagen, nombre);
                 }
                 const std::lock_guard cerrojo(mutex);

@@ -2,16 +2,12 @@
 
 #include "core/EscritorDeTexto.h"
 
-#include <QDateTime>
-#include <QDir>
 #include <QDirIterator>
 #include <QFile>
-#include <QUuid>
 
 #include <algorithm>
 #include <cmath>
 #include <ctime>
-#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -27,36 +23,17 @@ constexpr double desdeAquiNanosegundos = 1e12;
 // Some thirty million years: within what the C library turns into a date.
 constexpr double segundosImposibles = 1e15;
 
-/// The folder of the private copies, for the owner alone; empty when somebody else has taken its name.
-QString carpetaDeCopias()
+/// The database with what SQLite keeps beside it, to be changed by its owner whatever the phone's permissions were.
+bool copiarBase(const QString &fichero, const QString &copia)
 {
-    const auto ruta = QDir::tempPath() + u"/vellora-bd"_s;
-    const auto nombre = QFile::encodeName(ruta);
-    mkdir(nombre.constData(), S_IRWXU);
-    struct stat ficha = {};
-    const bool propia = lstat(nombre.constData(), &ficha) == 0 && S_ISDIR(ficha.st_mode) && ficha.st_uid == getuid();
-    return propia && chmod(nombre.constData(), S_IRWXU) == 0 ? ruta : QString();
-}
-
-void quitarCopia(const QString &copia)
-{
-    if (copia.isEmpty())
-        return;
-    for (const auto &cola : {QString(), u"-wal"_s, u"-shm"_s, u"-journal"_s})
-        QFile::remove(copia + cola);
-}
-
-/// Private copies that nobody closed, because their program was killed.
-void quitarCopiasViejas()
-{
-    constexpr qint64 unaHora = 3600;
-    QDir carpeta(carpetaDeCopias());
-    if (carpeta.path() == "."_L1)
-        return;
-    for (const auto &copia : carpeta.entryInfoList(QDir::Files | QDir::Hidden)) {
-        if (copia.lastModified().secsTo(QDateTime::currentDateTime()) > unaHora)
-            QFile::remove(copia.filePath());
+    constexpr auto suyos = QFile::ReadOwner | QFile::WriteOwner;
+    if (!QFile::copy(fichero, copia) || !QFile::setPermissions(copia, suyos))
+        return false;
+    for (const auto &cola : {u"-wal"_s, u"-shm"_s}) {
+        if (QFile::copy(fichero + cola, copia + cola))
+            QFile::setPermissions(copia + cola, suyos);
     }
+    return true;
 }
 
 void dosCifras(QByteArray &linea, int numero)
@@ -105,11 +82,6 @@ void ponerMomento(QByteArray &linea, const QString &texto)
 
 } // namespace
 
-BaseDelTelefono::~BaseDelTelefono()
-{
-    quitarCopia(copia);
-}
-
 void BaseDelTelefono::porCadaFila(const char *consulta, const char *orden, const PorFila &fila) const
 {
     bool alguna = false;
@@ -153,20 +125,13 @@ std::optional<BaseDelTelefono> abrirPublico(const QString &fichero)
         if (auto directa = BaseDeDatos::abrir(fichero))
             return BaseDelTelefono(*std::move(directa), {});
     }
-    const auto carpeta = carpetaDeCopias();
-    const auto copia = carpeta + u'/' + QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper() + u'-' +
-                       QFileInfo(fichero).fileName();
-    if (!carpeta.isEmpty() && QFile::copy(fichero, copia)) {
-        // The phone's permissions may keep its owner from changing it.
-        QFile::setPermissions(copia, QFile::ReadOwner | QFile::WriteOwner);
-        for (const auto &cola : {u"-wal"_s, u"-shm"_s}) {
-            if (QFile::copy(fichero + cola, copia + cola))
-                QFile::setPermissions(copia + cola, QFile::ReadOwner | QFile::WriteOwner);
+    if (auto privada = CarpetaDeTrabajo::nueva()) {
+        const auto copia = privada->fichero(QFileInfo(fichero).fileName());
+        if (copiarBase(fichero, copia)) {
+            if (auto base = BaseDeDatos::abrirCopia(copia))
+                return BaseDelTelefono(*std::move(base), *std::move(privada));
         }
-        if (auto base = BaseDeDatos::abrirCopia(copia))
-            return BaseDelTelefono(*std::move(base), copia);
     }
-    quitarCopia(carpeta.isEmpty() ? QString() : copia);
     auto directa = BaseDeDatos::abrir(fichero);
     return directa ? std::optional(BaseDelTelefono(*std::move(directa), {})) : std::nullopt;
 }
@@ -265,7 +230,6 @@ bool copiarFichero(const QString &origen, CarpetaDeDestino &destino, const QStri
 QStringList todo(const QString &desde, const QString &a)
 {
     CarpetaDeDestino::limpiar(a);
-    quitarCopiasViejas();
     QStringList resumen;
     for (const auto extractor : {&mensajes, &whatsapp, &notasDeVoz, &contactos, &llamadas, &notas, &calendario,
                                  &recordatorios, &safari, &salud, &buzonDeVoz}) {

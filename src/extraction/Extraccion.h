@@ -2,6 +2,7 @@
 
 #include "core/BaseDeDatos.h"
 #include "core/CarpetaDeDestino.h"
+#include "core/CarpetaDeTrabajo.h"
 
 #include <QByteArray>
 #include <QSet>
@@ -31,14 +32,10 @@ class BaseDelTelefono
 public:
     using PorFila = std::function<void(const Fila &)>;
 
-    BaseDelTelefono(BaseDeDatos laBase, QString laCopia) : base(std::move(laBase)), copia(std::move(laCopia)) {}
-    BaseDelTelefono(BaseDelTelefono &&otra) noexcept : base(std::move(otra.base)), copia(std::exchange(otra.copia, {}))
+    BaseDelTelefono(BaseDeDatos laBase, std::optional<CarpetaDeTrabajo> laPrivada)
+        : privada(std::move(laPrivada)), base(std::move(laBase))
     {
     }
-    BaseDelTelefono &operator=(BaseDelTelefono &&) = delete;
-    BaseDelTelefono(const BaseDelTelefono &) = delete;
-    BaseDelTelefono &operator=(const BaseDelTelefono &) = delete;
-    ~BaseDelTelefono();
 
     /// Runs the query with its order. A damaged page can keep a sort from giving anything; what can be read of the
     /// query is then given as it is stored. A table or column of another version of iOS gives nothing.
@@ -50,8 +47,8 @@ public:
     bool hay(const char *consulta) const;
 
 private:
+    std::optional<CarpetaDeTrabajo> privada; ///< of the copy; absent when the file is read where it is
     BaseDeDatos base;
-    QString copia; ///< empty when the file is read where it is
 };
 
 /// Opens a private copy or, when that cannot be made or there is nothing in the log, the file itself. Absent for a

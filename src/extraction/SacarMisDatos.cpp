@@ -1,13 +1,17 @@
 #include "extraction/SacarMisDatos.h"
 
+#include "core/CarpetaDeTrabajo.h"
 #include "core/SegundoPlano.h"
 #include "core/Tarea.h"
 #include "extraction/Conversacion.h"
 #include "extraction/Extraccion.h"
 #include "platform/Llavero.h"
 
-#include <QDir>
+#include <QCoreApplication>
 #include <QFileInfo>
+#include <QThread>
+
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -18,11 +22,6 @@ namespace
 {
 
 const auto titulo = u"Sacando tus datos de la copia"_s;
-
-QString carpetaDesempaquetada()
-{
-    return QDir::tempPath() + u"/vellora-extraccion"_s;
-}
 
 void contar(Tarea &tarea, const QStringList &resumen, bool cifrada)
 {
@@ -42,16 +41,33 @@ void contar(Tarea &tarea, const QStringList &resumen, bool cifrada)
     tarea.cerrar(true);
 }
 
+/// The unpacked backup. It goes with the last who knows of it: also after a cancel, once the engine has ended.
+using Desempaquetada = std::shared_ptr<CarpetaDeTrabajo>;
+
+/// Gigabytes take a while to go.
+void quitarAparte(CarpetaDeTrabajo *carpeta)
+{
+    std::unique_ptr<CarpetaDeTrabajo> suya(carpeta);
+    auto *programa = QCoreApplication::instance();
+    if (suya->ruta().isEmpty() || programa == nullptr || QThread::currentThread() != programa->thread())
+        return;
+    const auto quitar = [suya = std::shared_ptr<CarpetaDeTrabajo>(std::move(suya))] {
+        suya->quitar();
+        return true;
+    };
+    enSegundoPlano(programa, quitar, [](bool) {});
+}
+
 /// The second half, once everything is unpacked.
-void leer(Tarea &tarea, const QString &destino, bool cifrada)
+void leer(Tarea &tarea, const Desempaquetada &desempaquetada, const QString &destino, bool cifrada)
 {
     tarea.ponDetalle(u"Leyendo mensajes, WhatsApp, contactos…"_s);
     tarea.ponAvance(tarea.hechos(), 0);
-    const auto trabajo = [desde = carpetaDesempaquetada(), destino] {
-        auto resumen = Extraccion::todo(desde, destino);
+    const auto trabajo = [desempaquetada, destino] {
+        auto resumen = Extraccion::todo(desempaquetada->ruta(), destino);
         if (const auto pagina = Extraccion::chatsEnPagina(destino))
             resumen << *pagina;
-        QDir(desde).removeRecursively();
+        desempaquetada->quitar();
         return resumen;
     };
     enSegundoPlano(&tarea, trabajo, [&tarea, cifrada, numero = tarea.trabajo()](const QStringList &resumen) {
@@ -103,14 +119,19 @@ void sacarMisDatos(Tarea &tarea, const QString &udid, const QString &carpetaCopi
     if (!hayCopia(tarea, carpetaCopias + u'/' + udid))
         return;
     const bool cifrada = Llavero::hayClave(udid);
-    const auto desempaquetada = carpetaDesempaquetada();
-    QDir(desempaquetada).removeRecursively();
+    auto privada = CarpetaDeTrabajo::nueva(destino);
+    if (!privada) {
+        tarea.apunta(privada.motivo());
+        tarea.ponDetalle(u"No se pudo abrir la copia"_s);
+        return tarea.cerrar(false);
+    }
+    const Desempaquetada desempaquetada(new CarpetaDeTrabajo(*std::move(privada)), &quitarAparte);
     tarea.lanzarMotorPublico(
-        {u"extraer"_s, udid, carpetaCopias, desempaquetada}, titulo, false,
+        {u"extraer"_s, udid, carpetaCopias, desempaquetada->ruta()}, titulo, false,
         [&tarea](const Motor::Aviso &aviso) { alAvisar(tarea, aviso); },
         [&tarea, desempaquetada, destino, cifrada](int codigo) {
-            if (codigo == 0 && QFileInfo(desempaquetada).isDir())
-                return leer(tarea, destino, cifrada);
+            if (codigo == 0)
+                return leer(tarea, desempaquetada, destino, cifrada);
             tarea.ponDetalle(u"No se pudo abrir la copia"_s);
             tarea.cerrar(false);
         });

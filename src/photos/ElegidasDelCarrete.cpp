@@ -3,12 +3,8 @@
 #include "core/Formato.h"
 #include "core/Tarea.h"
 
-#include <QDir>
-#include <QFileInfo>
 #include <QJsonArray>
 #include <QSaveFile>
-
-#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -61,12 +57,12 @@ void conLista(Tarea &tarea, const QString &orden, const QString &udid, const QSt
               const QString &titulo, bool confirmado, const Tarea::AlAvisar &alAvisar)
 {
     const auto lista = apuntarRutas(rutas);
-    if (lista.isEmpty())
+    if (!lista)
         return tarea.rechazar(titulo, u"No se pudo empezar"_s,
                               {u"No hay sitio ni para apuntar lo que has marcado. Libera espacio en el Mac."_s});
     tarea.muestra();
-    tarea.lanzarMotorPublico(QStringList{orden, udid, lista} + mas, titulo, confirmado, alAvisar,
-                             [&tarea](int codigo) { tarea.cerrar(codigo == 0); });
+    tarea.lanzarMotorPublico(QStringList{orden, udid, lista->fichero} + mas, titulo, confirmado, alAvisar,
+                             [&tarea, lista](int codigo) { tarea.cerrar(codigo == 0); });
 }
 
 void borrar(Tarea &tarea, const QString &orden, const QString &udid, const QStringList &rutas, const Resumen &resumen)
@@ -83,17 +79,20 @@ void borrar(Tarea &tarea, const QString &orden, const QString &udid, const QStri
 
 } // namespace
 
-QString apuntarRutas(const QStringList &rutas, const QString &nombre)
+std::shared_ptr<const ListaDeRutas> apuntarRutas(const QStringList &rutas)
 {
-    const auto deLaSesion = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    const auto carpeta = QFileInfo(deLaSesion).isWritable() ? deLaSesion : QDir::tempPath();
-    QSaveFile lista(carpeta + u'/' + nombre);
+    auto carpeta = CarpetaDeTrabajo::nueva();
+    if (!carpeta)
+        return {};
+    QSaveFile lista(carpeta->fichero(u"vellora-elegidas.txt"_s));
     if (!lista.open(QIODevice::WriteOnly))
         return {};
     lista.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
     for (const auto &ruta : rutas)
         lista.write(ruta.toUtf8() + '\n');
-    return lista.commit() ? lista.fileName() : QString();
+    if (!lista.commit())
+        return {};
+    return std::make_shared<const ListaDeRutas>(ListaDeRutas{*std::move(carpeta), lista.fileName()});
 }
 
 QString preguntaDeBorrarElegidas(qint64 cuantos, qint64 peso, qint64 sinCopiar)

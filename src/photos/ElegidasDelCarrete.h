@@ -1,7 +1,10 @@
 #pragma once
 
+#include "core/CarpetaDeTrabajo.h"
 #include "photos/BorrarFotos.h"
 #include "photos/FotoDelCarrete.h"
+
+#include <memory>
 
 /// The roll file by file: listing it, and copying or deleting chosen ones. Each takes the job first, returns at once
 /// and ends it; main thread only. What deletes needs the owner's consent before it is called.
@@ -19,8 +22,13 @@ void borrarElegidasDeVerdad(Tarea &tarea, const QString &udid, const QStringList
 /// The files alone. No control calls it.
 void borrarElegidas(Tarea &tarea, const QString &udid, const QStringList &rutas, const Resumen &resumen);
 
-/// Writes the paths into "vellora-elegidas.txt", a line each, for the owner alone, and gives its path; empty when it
-/// cannot be written.
-QString apuntarRutas(const QStringList &rutas, const QString &nombre = QStringLiteral("vellora-elegidas.txt"));
+/// Paths of the phone, a line each, in "vellora-elegidas.txt": in a private folder of its own, which goes with it, so
+/// that no other program's list is taken for it.
+struct ListaDeRutas {
+    CarpetaDeTrabajo carpeta;
+    QString fichero;
+};
+/// Null when it cannot be written.
+std::shared_ptr<const ListaDeRutas> apuntarRutas(const QStringList &rutas);
 
 } // namespace vellora

@@ -95,12 +95,13 @@ void Galeria::seguir()
         tanda << cola.takeAt(desde);
         rutas << tanda.last().ruta;
     }
-    const auto lista = apuntarRutas(rutas, u"vellora-minis.txt"_s);
-    if (lista.isEmpty())
+    const auto lista = apuntarRutas(rutas);
+    if (!lista)
         return;
     preparando_ = true;
-    const auto argumentos = motor->argumentos + QStringList{u"miniaturas"_s, udid, lista, carpetaFotos, carpeta()};
-    const auto hacer = [ejecutable = motor->ejecutable, argumentos] {
+    const auto argumentos =
+        motor->argumentos + QStringList{u"miniaturas"_s, udid, lista->fichero, carpetaFotos, carpeta()};
+    const auto hacer = [ejecutable = motor->ejecutable, argumentos, lista] {
         return Ejecutor::rapido(ejecutable, argumentos, limiteDeSegundos);
     };
     enSegundoPlano(this, hacer, [this, tanda, suNumero = numero](const QString &dicho) {

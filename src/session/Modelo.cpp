@@ -1,5 +1,6 @@
 #include "session/Modelo.h"
 
+#include "core/CarpetaDeTrabajo.h"
 #include "core/Ejecutor.h"
 #include "core/Formato.h"
 #include "core/Herramientas.h"
@@ -60,6 +61,11 @@ Dispositivo fundir(Dispositivo fresco, const Dispositivo *anterior)
 Modelo::Modelo(QObject *padre) : QObject(padre)
 {
     Migracion::alArrancar(); // before the journal reads its file
+    const auto quitarRestos = [] {
+        CarpetaDeTrabajo::quitarMuertas();
+        return true;
+    };
+    enSegundoPlano(this, quitarRestos, [](bool) {});
     diario_ = std::make_unique<Diario>();
     tarea_ = std::make_unique<Tarea>(*diario_);
     connect(tarea_.get(), &Tarea::cambio, this, &Modelo::cambio);

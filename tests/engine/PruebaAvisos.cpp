@@ -82,25 +82,26 @@ void PruebaAvisos::loQueNoCabeVaEnUnFichero()
     QVERIFY(avisar->avisar(u"fin"_s, {{u"texto"_s, texto}}));
     const auto linea = leido();
     QVERIFY(linea.size() <= Avisos::largoMaximo);
-    const QDir sesion(qEnvironmentVariable("XDG_RUNTIME_DIR"));
-    const auto ficheros = sesion.entryInfoList({u"vellora-aviso-*"_s}, QDir::Files);
+    const QDir sesion(qEnvironmentVariable("XDG_RUNTIME_DIR") + u"/vellora"_s);
+    const auto ficheros = sesion.entryInfoList({u"aviso-*"_s}, QDir::Files);
     QCOMPARE(ficheros.size(), enFichero ? 1 : 0);
     if (enFichero)
         QCOMPARE(ficheros[0].permissions() & ~(QFile::ReadUser | QFile::WriteUser),
                  QFile::ReadOwner | QFile::WriteOwner);
     QCOMPARE(Motor::interpretar(linea.trimmed())->texto("texto"_L1), texto);
-    QVERIFY(sesion.entryList({u"vellora-aviso-*"_s}).isEmpty());
+    QVERIFY(sesion.entryList({u"aviso-*"_s}).isEmpty());
 }
 
 void PruebaAvisos::sinDondeEscribirNoSeDice()
 {
     const auto sesion = qgetenv("XDG_RUNTIME_DIR");
+    const auto cache = qgetenv("XDG_CACHE_HOME");
     qputenv("XDG_RUNTIME_DIR", "/proc/self");
-    qputenv("TMPDIR", "/proc/self");
+    qputenv("XDG_CACHE_HOME", "/proc/self");
     QVERIFY(!avisar->avisar(u"fin"_s, {{u"texto"_s, QString(5000, u'x')}}));
     QVERIFY(leido().isEmpty());
     qputenv("XDG_RUNTIME_DIR", sesion);
-    qunsetenv("TMPDIR");
+    qputenv("XDG_CACHE_HOME", cache);
 }
 
 void PruebaAvisos::unaLineaNuncaPasaPorAviso()

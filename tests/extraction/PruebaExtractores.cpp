@@ -1,3 +1,4 @@
+#include "core/CarpetaPrivada.h"
 #include "extraction/Conversacion.h"
 #include "extraction/Extraccion.h"
 #include "extraction/NombresDistintos.h"
@@ -34,7 +35,6 @@ class PruebaExtractores : public QObject
 private slots:
     void initTestCase()
     {
-        // The private copies of other runs are none of these tests' business.
         QVERIFY(QDir().mkpath(QDir::homePath() + u"/tmp"_s));
         qputenv("TMPDIR", QFile::encodeName(QDir::homePath() + u"/tmp"_s));
     }
@@ -576,22 +576,26 @@ void PruebaExtractores::discoLlenoDejaLoDeAntes()
     QCOMPARE(QDir(a).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot), QStringList{u"Mensajes"_s});
 }
 
+/// Somebody puts links where private copies used to be made, and at the name of the unpacked backup.
 void PruebaExtractores::noQuedanCopiasPrivadas()
 {
-    mensajes();
-    QDir copias(QDir::tempPath() + u"/vellora-bd"_s);
-    QVERIFY(copias.exists());
-    QVERIFY(copias.entryList(QDir::Files | QDir::Hidden).isEmpty());
-    // One that a killed run left behind is cleared away, one that is in use is not.
-    for (const auto &[nombre, horas] : {std::pair(u"vieja"_s, 2), std::pair(u"nueva"_s, 0)}) {
-        QVERIFY(escribirFichero(copias.filePath(nombre), "x"));
-        QFile fichero(copias.filePath(nombre));
-        QVERIFY(fichero.open(QIODevice::ReadWrite) &&
-                fichero.setFileTime(QDateTime::currentDateTime().addSecs(-3600 * horas), QFile::FileModificationTime));
+    const auto documentos = casa->filePath(u"Documentos"_s);
+    QVERIFY(escribirFichero(documentos + u"/tesis.odt"_s, "importante"));
+    for (const auto &nombre : {u"/vellora-bd"_s, u"/vellora-extraccion"_s}) {
+        QFile::remove(QDir::tempPath() + nombre);
+        QVERIFY(QFile::link(documentos, QDir::tempPath() + nombre));
     }
+    QFile viejo(documentos + u"/tesis.odt"_s);
+    QVERIFY(viejo.open(QIODevice::ReadWrite) &&
+            viejo.setFileTime(QDateTime::currentDateTime().addDays(-1), QFile::FileModificationTime));
+    loQueSoloEstaEnElWal();
     Extraccion::todo(desde, a);
-    QCOMPARE(copias.entryList(QDir::Files), QStringList{u"nueva"_s});
-    QCOMPARE(QFileInfo(copias.path()).permissions() & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
+    CarpetaDeTrabajo::quitarMuertas();
+    QCOMPARE(QDir(documentos).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             QStringList{u"tesis.odt"_s});
+    const QDir deTrabajo(CarpetaPrivada::enLaCache(u"trabajo"_s));
+    QVERIFY(deTrabajo.exists());
+    QVERIFY(deTrabajo.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).isEmpty());
 }
 
 QTEST_GUILESS_MAIN(PruebaExtractores)

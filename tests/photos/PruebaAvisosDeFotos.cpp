@@ -1,3 +1,4 @@
+#include "core/CarpetaPrivada.h"
 #include "core/Diario.h"
 #include "core/Tarea.h"
 #include "photos/BorrarFotos.h"
@@ -261,14 +262,22 @@ void PruebaAvisosDeFotos::elegidas()
     QFETCH(const QString, resumen);
     dira(avisos);
     const QStringList rutas{u"/DCIM/100APPLE/IMG_0001.HEIC"_s, u"/DCIM/100APPLE/ñ 1.MOV"_s};
+    const auto mia = QDir::homePath() + u"/tesis.odt"_s;
+    QVERIFY(escribirFichero(mia, "importante"));
+    QFile::link(mia, qEnvironmentVariable("XDG_RUNTIME_DIR") + u"/vellora-elegidas.txt"_s);
     QString dicho;
     borrarElegidasDeVerdad(tarea, u"U"_s, rutas, [&](const QString &texto) { dicho = texto; });
     QVERIFY(acaba());
     QCOMPARE(recibido()[0], u"borrar-elegidas-de-verdad"_s);
     QCOMPARE(recibido().last(), u"CONFIRMADO=SI"_s);
     QVERIFY(recibido()[2].endsWith(u"/vellora-elegidas.txt"));
-    QCOMPARE(leerFichero(recibido()[2]), rutas.join(u'\n').toUtf8() + '\n');
-    QCOMPARE(QFile::permissions(recibido()[2]) & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
+    const auto lista = QDir::homePath() + u"/lista"_s;
+    QCOMPARE(leerFichero(lista), rutas.join(u'\n').toUtf8() + '\n');
+    QCOMPARE(QFile::permissions(lista) & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
+    // Another program's list has another folder, and what stands under the name of old is let alone.
+    QVERIFY(recibido()[2].startsWith(CarpetaPrivada::enLaCache(u"trabajo/"_s)));
+    QTRY_VERIFY(!QFile::exists(recibido()[2]));
+    QCOMPARE(leerFichero(mia), QByteArray("importante"));
     QCOMPARE(tarea.detalle(), detalle);
     QCOMPARE(dicho, resumen);
 }

@@ -1,6 +1,8 @@
+#include "core/CarpetaPrivada.h"
 #include "core/Tarea.h"
 #include "extraction/Contactos.h"
 #include "extraction/Contrasenas.h"
+#include "extraction/SacarMisDatos.h"
 #include "platform/Llavero.h"
 #include "session/Modelo.h"
 #include "support/BusPrivado.h"
@@ -35,6 +37,8 @@ private slots:
     void alLlaveroYAUnArchivo();
     void losOtrosEstados();
     void nadaQuedaEscrito();
+    void sacarSinPisarANadie();
+    void sacarYCancelar();
 
 private:
     static constexpr auto udid = "00008120-000A1B2C3D4C1E9A";
@@ -54,6 +58,10 @@ private:
     {
         claves.leer();
         return QTest::qWaitFor([&] { return !modelo->tarea().enMarcha(); }, 60'000);
+    }
+    static bool sinTrabajo()
+    {
+        return QDir(CarpetaPrivada::enLaCache(u"trabajo"_s)).entryList(QDir::Dirs | QDir::NoDotAndDotDot).isEmpty();
     }
     static bool marcado(const QByteArray &bytes) { return bytes.contains(secreto) || bytes.contains(claveDeCopia); }
 
@@ -295,6 +303,38 @@ void PruebaDeLaCopia::nadaQuedaEscrito()
     }
     QVERIFY(mirados > 20);
     QVERIFY(todo.keys().join(u' ').contains(u"actividad.json"_s));
+}
+
+/// Somebody has put a link to the owner's documents where the backup used to be unpacked.
+void PruebaDeLaCopia::sacarSinPisarANadie()
+{
+    ponCopia({});
+    const auto documentos = casa.ruta(u"Documentos"_s);
+    QVERIFY(QDir().mkpath(documentos));
+    QFile tesis(documentos + u"/tesis.odt"_s);
+    QVERIFY(tesis.open(QIODevice::WriteOnly) && tesis.write("importante") > 0);
+    tesis.close();
+    const auto trampa = QDir::tempPath() + u"/vellora-extraccion"_s;
+    QVERIFY(QFile::link(documentos, trampa));
+    sacarMisDatos(modelo->tarea(), QString::fromLatin1(udid), copias(), modelo->carpetaDatos());
+    QTRY_VERIFY_WITH_TIMEOUT(!modelo->tarea().enMarcha(), 60'000);
+    QVERIFY(QFile::remove(trampa));
+    QVERIFY2(modelo->tarea().terminadaBien().value_or(false), qPrintable(modelo->tarea().detalle()));
+    QCOMPARE(QDir(documentos).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             QStringList{u"tesis.odt"_s});
+    QVERIFY(QFileInfo::exists(modelo->carpetaDatos() + u"/Notas.txt"_s));
+    QVERIFY(sinTrabajo());
+}
+
+/// Nothing of a cancelled run stays, and nothing of it comes later.
+void PruebaDeLaCopia::sacarYCancelar()
+{
+    ponCopia({});
+    QDir(modelo->carpetaDatos()).removeRecursively();
+    sacarMisDatos(modelo->tarea(), QString::fromLatin1(udid), copias(), modelo->carpetaDatos());
+    modelo->tarea().cancelar();
+    QTRY_VERIFY_WITH_TIMEOUT(sinTrabajo(), 20'000);
+    QVERIFY(CopiaDePrueba::contenido(modelo->carpetaDatos()).isEmpty());
 }
 
 QTEST_MAIN(PruebaDeLaCopia)

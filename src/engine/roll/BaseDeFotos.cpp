@@ -1,9 +1,9 @@
 #include "engine/roll/BaseDeFotos.h"
 
 #include "core/BaseDeDatos.h"
+#include "core/CarpetaDeTrabajo.h"
 
 #include <QFile>
-#include <QTemporaryDir>
 
 #include <array>
 
@@ -61,9 +61,11 @@ EstadoDeFoto estadoDe(const Fila &fila)
 
 std::optional<BaseDeFotos> leerBaseDeFotos(Afc &afc)
 {
-    const QTemporaryDir carpeta;
-    const auto copia = carpeta.filePath(u"fotos.sqlite"_s);
-    if (!carpeta.isValid() || !traerBase(afc, copia))
+    const auto carpeta = CarpetaDeTrabajo::nueva();
+    if (!carpeta)
+        return {};
+    const auto copia = carpeta->fichero(u"fotos.sqlite"_s);
+    if (!traerBase(afc, copia))
         return {};
     const auto base = BaseDeDatos::abrirCopia(copia);
     for (const auto *consulta : consultas) {
