@@ -1,11 +1,14 @@
 #include "core/CarpetaDeDestino.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
+#include <QRandomGenerator>
 
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
@@ -29,6 +32,15 @@ Descriptor::~Descriptor()
 {
     if (numero >= 0)
         close(numero);
+}
+
+CarpetaDeDestino::CarpetaDeDestino(QString laRuta, Descriptor laRaiz)
+    : ruta_(std::move(laRuta))
+    , trabajos(principioDeTrabajo + QByteArray::number(QRandomGenerator::system()->generate64(), 16) + '-')
+    , raiz(std::move(laRaiz))
+{
+    // Whether it can be had or not: only the cleaning asks for it.
+    flock(*raiz, LOCK_SH | LOCK_NB);
 }
 
 Resultado<CarpetaDeDestino> CarpetaDeDestino::abrir(const QString &ruta)
@@ -98,13 +110,33 @@ CarpetaDeDestino::Sitio CarpetaDeDestino::colocarSiCabe(int numero, const QByteA
         return Sitio::Suyo;
     if (errno == EEXIST)
         return Sitio::Ocupado;
-    // Some file systems know no such renaming.
-    struct stat estado = {};
-    if (errno != EINVAL)
-        return Sitio::Negado;
-    if (fstatat(suya, nombre.constData(), &estado, AT_SYMLINK_NOFOLLOW) == 0)
-        return Sitio::Ocupado;
-    return renameat(*raiz, deTrabajo.constData(), suya, nombre.constData()) == 0 ? Sitio::Suyo : Sitio::Negado;
+    // A name that is not valid there, or a disk that knows no such renaming (exFAT and NTFS by FUSE, NFS).
+    return errno == EINVAL ? colocarSinCambiarNombre(numero, suya, nombre) : Sitio::Negado;
+}
+
+CarpetaDeDestino::Sitio CarpetaDeDestino::colocarSinCambiarNombre(int numero, int suya, const QByteArray &nombre) const
+{
+    const auto deTrabajo = nombreDeTrabajo(numero);
+    const auto fracaso = [] {
+        return errno == EEXIST ? Sitio::Ocupado : Sitio::Negado;
+    };
+    if (linkat(*raiz, deTrabajo.constData(), suya, nombre.constData(), 0) == 0) {
+        desechar(numero);
+        return Sitio::Suyo;
+    }
+    if (errno != EPERM && errno != EOPNOTSUPP && errno != ENOSYS)
+        return fracaso();
+    // Without links either: the name is taken first, empty, so that it is nobody else's.
+    const Descriptor reserva(
+        openat(suya, nombre.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    if (!reserva)
+        return fracaso();
+    if (renameat(*raiz, deTrabajo.constData(), suya, nombre.constData()) == 0)
+        return Sitio::Suyo;
+    const int error = errno;
+    unlinkat(suya, nombre.constData(), 0);
+    errno = error;
+    return Sitio::Negado;
 }
 
 Descriptor CarpetaDeDestino::leer(const QByteArray &relativa)
@@ -128,11 +160,20 @@ void CarpetaDeDestino::desechar(int numero) const
 
 void CarpetaDeDestino::limpiar(const QString &ruta)
 {
+    constexpr qint64 unDia = 24LL * 3600;
+    const Descriptor raiz(open(QFile::encodeName(ruta).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!raiz)
+        return;
+    const bool nadieEscribe = flock(*raiz, LOCK_EX | LOCK_NB) == 0;
+    if (!nadieEscribe && errno == EWOULDBLOCK)
+        return;
     QDir carpeta(ruta);
-    const auto nombres =
-        carpeta.entryList({QString::fromLatin1(principioDeTrabajo) + u'*'}, QDir::Files | QDir::Hidden | QDir::System);
-    for (const auto &nombre : nombres)
-        carpeta.remove(nombre);
+    const auto dejados = carpeta.entryInfoList({QString::fromLatin1(principioDeTrabajo) + u'*'},
+                                               QDir::Files | QDir::Hidden | QDir::System);
+    for (const auto &dejado : dejados) {
+        if (nadieEscribe || dejado.lastModified().secsTo(QDateTime::currentDateTime()) > unDia)
+            carpeta.remove(dejado.fileName());
+    }
 }
 
 std::optional<qint64> CarpetaDeDestino::libres() const

@@ -45,9 +45,9 @@ public:
     /// True for a relative path that stays inside whatever it is joined to, in UTF-8 and no longer than a file system
     /// takes, and that takes no name of a working file.
     static bool esSegura(QByteArrayView relativa);
-    /// "WORK FOLDER/.vellora-parcial-N": left over only when the machine or the program was ended, and then written
-    /// anew.
-    static QByteArray nombreDeTrabajo(int numero) { return principioDeTrabajo + QByteArray::number(numero); }
+    /// ".vellora-parcial-RANDOM-N", which no other object, program or computer uses; left over only when the machine or
+    /// the program was ended.
+    QByteArray nombreDeTrabajo(int numero) const { return trabajos + QByteArray::number(numero); }
 
     /// An empty file under the working name of that number. Invalid when it cannot be made.
     Descriptor nuevo(int numero) const;
@@ -58,7 +58,8 @@ public:
     /// Gives the working file its own name, making the folders on the way and replacing a file of that name.
     bool colocar(int numero, const QByteArray &relativa);
     enum class Sitio { Suyo, Ocupado, Negado };
-    /// The same, but never over another file: with `Ocupado` the working file stays as it was.
+    /// The same, but never over another file: with `Ocupado` the working file stays as it was; with `Negado` too, and
+    /// errno tells why.
     Sitio colocarSiCabe(int numero, const QByteArray &relativa);
     /// Opens a file of the folder to read; invalid when there is none, or it is a link.
     Descriptor leer(const QByteArray &relativa);
@@ -66,7 +67,8 @@ public:
     bool asentar() const;
     void desechar(int numero) const;
 
-    /// Removes the working files that a run left behind when it was ended.
+    /// Removes the working files that runs left behind when they were ended: all of them when nobody has the folder
+    /// open to write here, those older than a day where that cannot be told. Call it before `abrir`.
     static void limpiar(const QString &ruta);
 
     /// Bytes that the owner may still write here; absent when it cannot be told.
@@ -76,12 +78,14 @@ public:
 private:
     static constexpr auto principioDeTrabajo = ".vellora-parcial-";
 
-    CarpetaDeDestino(QString laRuta, Descriptor laRaiz) : ruta_(std::move(laRuta)), raiz(std::move(laRaiz)) {}
+    CarpetaDeDestino(QString laRuta, Descriptor laRaiz);
+    Sitio colocarSinCambiarNombre(int numero, int suya, const QByteArray &nombre) const;
     /// Descriptor of a folder inside, made when missing; -1 when something else or a link stands in its way.
     int carpeta(const QByteArray &relativa);
 
     QString ruta_;
-    Descriptor raiz;
+    QByteArray trabajos; ///< how the names of its working files begin
+    Descriptor raiz;     ///< holds a shared lock as long as it is open, where the disk knows them
     std::unordered_map<std::string, Descriptor> abiertas; ///< folders used of late
 };
 

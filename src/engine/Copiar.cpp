@@ -1,3 +1,4 @@
+#include "core/CerrojoDeCarpeta.h"
 #include "engine/DeLaCopia.h"
 #include "engine/Interrupcion.h"
 #include "engine/Ordenes.h"
@@ -62,6 +63,11 @@ int copiarFicheros(Conexiones &conexiones, const std::vector<FicheroDelCarrete> 
     avisar.total(static_cast<qint64>(ficheros.size()));
     for (const auto &[fichero, motivo] : perdidos)
         queja(fichero, motivo);
+    const auto cerrojo = CerrojoDeCarpeta::tomar(destino);
+    if (const auto motivo = cerrojo.impedimento())
+        return avisar.error(*motivo);
+    if (const auto aviso = cerrojo.aviso())
+        avisar.linea(*aviso);
     CarpetaDeDestino::limpiar(destino);
     if (const auto motivo = impedimento(ficheros, copiadas, destino))
         return avisar.error(*motivo);

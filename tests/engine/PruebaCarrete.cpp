@@ -2,6 +2,7 @@
 #include "support/MotorDePrueba.h"
 
 #include <QDir>
+#include <QProcess>
 #include <QTest>
 
 #include <sys/stat.h>
@@ -20,6 +21,7 @@ private slots:
     void copiarSoloLoQueFalta();
     void copiarSinPisarNada();
     void copiarPorContenido();
+    void copiarDosALaVez();
     void copiarLoQueSePueda();
     void copiarSinCable();
     void copiarSinTelefono();
@@ -50,7 +52,8 @@ private:
     {
         auto todo = CopiaDePrueba::contenido(fotos);
         todo.removeIf([](const auto &uno) {
-            return uno.key().startsWith(u".vellora-huellas-") || uno.key() == u"Borradas del iPhone.txt";
+            return uno.key().startsWith(u".vellora-huellas-") || uno.key() == u".vellora-cerrojo" ||
+                   uno.key() == u"Borradas del iPhone.txt";
         });
         return todo;
     }
@@ -215,6 +218,31 @@ void PruebaCarrete::copiarPorContenido()
     QCOMPARE(copiar()[u"fin"_s][u"copiados"_s].toInt(), 1);
     QCOMPARE(leerFichero(fotos + u"/301APPLE/IMG_0700.JPG"_s), QByteArray(50'000, 'b'));
     QCOMPARE(leerFichero(fotos + u"/301APPLE/IMG_0700 (2).JPG"_s), QByteArray(50'000, 'B'));
+}
+
+void PruebaCarrete::copiarDosALaVez()
+{
+    const auto todo = enElTelefono();
+    QVERIFY(escribirFichero(media + u"/DCIM/106APPLE/IMG_6001.MOV"_s, QByteArray(30'000'000, 'v')));
+    QVERIFY(telefono->orden({{u"orden"_s, u"frenar"_s}, {u"bytes_por_segundo"_s, 300'000}})[u"bien"_s].toBool());
+    QProcess lento;
+    lento.start(QStringLiteral(MOTOR), {u"copiar"_s, udid, fotos});
+    const auto escribiendo = [&] {
+        return !QDir(fotos).entryList({u".vellora-parcial-*"_s}, QDir::Files | QDir::Hidden).isEmpty();
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(escribiendo(), 30'000);
+    // A second one leaves the folder to the first.
+    const auto segundo = copiar();
+    QVERIFY2(segundo.codigo == 1 && segundo.todo().contains(u"Otro programa está escribiendo"),
+             qPrintable(segundo.todo()));
+    QVERIFY(lento.state() == QProcess::Running && escribiendo());
+    lento.kill();
+    QVERIFY(lento.waitForFinished());
+    QVERIFY(telefono->orden({{u"orden"_s, u"frenar"_s}, {u"bytes_por_segundo"_s, 0}})[u"bien"_s].toBool());
+    // The dead keeps nobody out.
+    QCOMPARE(copiar().codigo, 0);
+    QCOMPARE(enLaCarpeta(), enElTelefono());
+    QVERIFY(todo.size() < enLaCarpeta().size() && !escribiendo());
 }
 
 void PruebaCarrete::copiarLoQueSePueda()

@@ -1,4 +1,5 @@
 #include "core/CarpetaDeDestino.h"
+#include "core/CerrojoDeCarpeta.h"
 #include "engine/backup/FicheroDescifrado.h"
 
 #include <QDir>
@@ -49,7 +50,8 @@ private slots:
     void unEnlaceNoSeSigue_data();
     void unEnlaceNoSeSigue();
     void lasCarpetasNacenSoloParaSuDuena();
-    void unTrabajoDejadoAMediasSeRehace();
+    void unTrabajoDejadoAMediasSeQuita();
+    void unoSoloEscribe();
     void muchasCarpetasConPocosDescriptores();
     void elPasoDeUnFichero_data();
     void elPasoDeUnFichero();
@@ -121,7 +123,7 @@ void PruebaDestino::unEnlaceNoSeSigue_data()
     QTest::addColumn<bool>("seEscribe");
     QTest::newRow("folder on the way") << u"WhatsApp"_s << false;
     QTest::newRow("the file itself") << u"WhatsApp/b.txt"_s << true; // the link is replaced, not what it points at
-    QTest::newRow("working name") << u".vellora-parcial-1"_s << true;
+    QTest::newRow("working name") << u"de trabajo"_s << true;
 }
 
 void PruebaDestino::unEnlaceNoSeSigue()
@@ -135,6 +137,8 @@ void PruebaDestino::unEnlaceNoSeSigue()
     ajeno.close();
     auto carpeta = CarpetaDeDestino::abrir(destino);
     QDir().mkpath(QFileInfo(destino + u'/' + enlace).path());
+    if (enlace == "de trabajo"_L1)
+        enlace = QString::fromLatin1(carpeta->nombreDeTrabajo(1));
     const auto blanco = enlace == "WhatsApp"_L1 ? fuera : ajeno.fileName();
     QVERIFY(QFile::link(blanco, destino + u'/' + enlace));
 
@@ -153,16 +157,43 @@ void PruebaDestino::lasCarpetasNacenSoloParaSuDuena()
         QVERIFY2(!(QFile::permissions(ruta) & delGrupo), qPrintable(ruta));
 }
 
-void PruebaDestino::unTrabajoDejadoAMediasSeRehace()
+void PruebaDestino::unTrabajoDejadoAMediasSeQuita()
 {
-    QVERIFY(QDir().mkpath(destino));
-    QFile dejado(destino + u'/' + QString::fromUtf8(CarpetaDeDestino::nombreDeTrabajo(1)));
-    QVERIFY(dejado.open(QIODevice::WriteOnly) && dejado.write(QByteArray(100, 'v')) == 100);
-    dejado.close();
-    auto carpeta = CarpetaDeDestino::abrir(destino);
-    QVERIFY(dejar(*carpeta, "x", "corto"));
-    QCOMPARE(contenido(destino + u"/x"_s), QByteArray("corto"));
+    auto una = CarpetaDeDestino::abrir(destino);
+    auto otra = CarpetaDeDestino::abrir(destino);
+    // Two that write into one folder do not meet.
+    QVERIFY(una->nombreDeTrabajo(1) != otra->nombreDeTrabajo(1));
+    QVERIFY(una->nuevo(1) && otra->nuevo(1));
+    const auto dejados = [&] {
+        return QDir(destino).entryList(QDir::Files | QDir::Hidden).size();
+    };
+    QCOMPARE(dejados(), 2);
+    // What somebody writes at the moment is not removed; what the dead left behind is.
+    CarpetaDeDestino::limpiar(destino);
+    QCOMPARE(dejados(), 2);
+    QVERIFY(una->colocar(1, "x"));
+    una = Resultado<CarpetaDeDestino>::fallo({});
+    otra = Resultado<CarpetaDeDestino>::fallo({});
+    CarpetaDeDestino::limpiar(destino);
     QCOMPARE(QDir(destino).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot), QStringList{u"x"_s});
+}
+
+void PruebaDestino::unoSoloEscribe()
+{
+    {
+        const auto uno = CerrojoDeCarpeta::tomar(destino);
+        QCOMPARE(uno.estado(), CerrojoDeCarpeta::Estado::Tomado);
+        QVERIFY(!uno.impedimento() && !uno.aviso());
+        const auto otro = CerrojoDeCarpeta::tomar(destino);
+        QCOMPARE(otro.estado(), CerrojoDeCarpeta::Estado::Ocupado);
+        QVERIFY(otro.impedimento()->contains(u"Otro programa"_s));
+    }
+    QCOMPARE(CerrojoDeCarpeta::tomar(destino).estado(), CerrojoDeCarpeta::Estado::Tomado);
+    // A link in its place leads nowhere.
+    const auto cerrojo = destino + u"/.vellora-cerrojo"_s;
+    QVERIFY(QFile::remove(cerrojo) && QFile::link(casa->filePath(u"ajeno"_s), cerrojo));
+    QCOMPARE(CerrojoDeCarpeta::tomar(destino).estado(), CerrojoDeCarpeta::Estado::Negado);
+    QVERIFY(!QFile::exists(casa->filePath(u"ajeno"_s)));
 }
 
 void PruebaDestino::muchasCarpetasConPocosDescriptores()

@@ -145,6 +145,9 @@ private:
         const FicheroDelCarrete *fichero;
         int numero;
         QByteArray huella;
+        // Of the working file.
+        dev_t disco;
+        ino_t inodo;
     };
 
     void traer(const FicheroDelCarrete &fichero)
@@ -154,6 +157,8 @@ private:
         if (!escrito)
             return comun.parar(motivoDeEscritura(errno));
         Huella huella;
+        struct stat como = {};
+        fstat(*escrito, &como);
         int error = 0;
         qint64 recibidos = 0;
         const auto leidos = afc.leer(fichero.ruta, fichero.ficha, [&](QByteArrayView trozo) {
@@ -168,7 +173,9 @@ private:
             comun.recibido(fichero, trozo.size(), recibidos);
             return true;
         });
-        if (error != 0)
+        if (error == EFBIG)
+            comun.fallar(fichero, u"el disco de la carpeta no admite archivos tan grandes"_s);
+        else if (error != 0)
             comun.parar(motivoDeEscritura(error));
         else if (afc.perdido())
             comun.parar(leidos.motivo());
@@ -178,7 +185,7 @@ private:
             return carpeta.desechar(numero);
         // Before it is put on the disk, so that its date goes there with it.
         ponerFecha(*escrito, fichero.ficha.modificado);
-        lote.push_back({&fichero, numero, huella.sacar()});
+        lote.push_back({&fichero, numero, huella.sacar(), como.st_dev, como.st_ino});
         bytesEnElLote += recibidos;
         comun.contar(&CuentaDeCopia::copiados, fichero);
     }
@@ -228,6 +235,10 @@ private:
         // What the disk says that it has, against what the phone said.
         if (!entero || fstat(*entero, &como) != 0 || como.st_size != traido.fichero->ficha.tamano)
             return noColocado(traido, u"no ha quedado entero en el disco"_s);
+        // Another file under its name, or a disk that numbers its files anew: the bytes tell.
+        const bool esElMismo = como.st_dev == traido.disco && como.st_ino == traido.inodo;
+        if (!esElMismo && huellaDe(*entero) != traido.huella)
+            return noColocado(traido, u"otro programa lo ha cambiado mientras se copiaba"_s);
         const auto colocado =
             colocarPorContenido(carpeta, traido.numero, traido.fichero->relativa, copiadas.candidatas(*traido.fichero));
         if (colocado.fin == Colocado::Fin::Negado)
