@@ -19,6 +19,7 @@ namespace vellora
 Copias::Copias(Modelo &elModelo, HayClave preguntar, QObject *padre)
     : QObject(padre), modelo(elModelo), hayClave(std::move(preguntar))
 {
+    connect(&modelo, &Modelo::cambioDeSesion, this, &Copias::olvidarClaveDeOtro);
     connect(&modelo, &Modelo::cambioDeSesion, this, &Copias::cambio);
     connect(&modelo, &Modelo::refrescado, this, &Copias::cambio);
     connect(&modelo.tarea(), &Tarea::acabada, this, &Copias::cambio);
@@ -74,7 +75,7 @@ void Copias::pedirCopia()
         return tarea.rechazar(u"Copia de seguridad"_s, u"Ya hay una copia en marcha"_s, lineas);
     }
     if (!hayClave(elegido->id).value_or(true)) {
-        pidiendoClave_ = true;
+        claveDe = elegido;
         emit cambio();
         return;
     }
@@ -95,18 +96,23 @@ bool Copias::claveVale() const
 
 void Copias::resolverClave(bool aceptada)
 {
-    pidiendoClave_ = false;
+    const auto deQuien = std::exchange(claveDe, std::nullopt);
     const auto tomada = std::exchange(clave, {});
     claveRepetida.clear();
     emit cambioDeClave();
     emit cambio();
-    const auto elegido = modelo.seleccionado();
-    if (!aceptada || !elegido || tomada.isEmpty() || modelo.tarea().enMarcha())
+    if (!aceptada || !deQuien || tomada.isEmpty() || modelo.tarea().enMarcha())
         return;
-    activarCifrado(modelo.tarea(), elegido->id, tomada, [yo = QPointer(this), udid = elegido->id](bool activado) {
+    activarCifrado(modelo.tarea(), deQuien->id, tomada, [yo = QPointer(this), udid = deQuien->id](bool activado) {
         if (activado && yo)
             yo->empezar(udid, u"La copia de seguridad cifrada de tu iPhone ha terminado."_s);
     });
+}
+
+void Copias::olvidarClaveDeOtro()
+{
+    if (claveDe && (!modelo.seleccionado() || modelo.seleccionado()->id != claveDe->id))
+        resolverClave(false);
 }
 
 void Copias::abrirCarpeta()

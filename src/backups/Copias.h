@@ -1,5 +1,7 @@
 #pragma once
 
+#include "session/Dispositivo.h"
+
 #include <QDateTime>
 #include <QObject>
 #include <QString>
@@ -21,6 +23,7 @@ class Copias : public QObject
     Q_PROPERTY(QString ultimaCopia READ ultimaCopia NOTIFY cambio)
     Q_PROPERTY(QString pieDeHacerCopia READ pieDeHacerCopia NOTIFY cambio)
     Q_PROPERTY(bool pidiendoClave READ pidiendoClave NOTIFY cambio)
+    Q_PROPERTY(QString claveDeQuien READ claveDeQuien NOTIFY cambio)
     Q_PROPERTY(QString clave MEMBER clave NOTIFY cambioDeClave)
     Q_PROPERTY(QString claveRepetida MEMBER claveRepetida NOTIFY cambioDeClave)
     Q_PROPERTY(bool claveVale READ claveVale NOTIFY cambioDeClave)
@@ -40,11 +43,14 @@ public:
     QString ultimaCopia() const;
     /// What the backup will hold, under the button; empty when it is not known.
     QString pieDeHacerCopia() const;
-    bool pidiendoClave() const { return pidiendoClave_; }
+    bool pidiendoClave() const { return claveDe.has_value(); }
+    /// Name of the phone that the question for a password is about; empty unless it is open.
+    QString claveDeQuien() const { return claveDe ? claveDe->nombre : QString(); }
     /// Long enough and typed twice alike; nothing else is asked of it.
     bool claveVale() const;
     /// The answer to the question for a password. The typed words are forgotten at once; accepted, they switch on the
-    /// phone's encryption, and the backup follows.
+    /// encryption of the phone that was asked about, and the backup follows. The question closes when that phone leaves
+    /// or another is chosen.
     Q_INVOKABLE void resolverClave(bool aceptada);
 
     /// The guarded entry for the owner's request of a full backup.
@@ -62,10 +68,11 @@ signals:
 
 private:
     void empezar(const QString &udid, const QString &alAcabar);
+    void olvidarClaveDeOtro();
 
     Modelo &modelo;
     HayClave hayClave;
-    bool pidiendoClave_ = false;
+    std::optional<Dispositivo> claveDe; ///< while the question for a password is open
     QString clave; ///< typed words, empty unless the question is open
     QString claveRepetida;
 };

@@ -262,12 +262,12 @@ void PruebaVentana::claveDeCifrado()
     QVERIFY(Manos::pulsar(*ventana, u"Hacer la copia ahora"_s));
     QVERIFY(!copias->claveVale());
 
-    // Unplugged meanwhile: the answer only closes the question.
-    QVERIFY(escribir(u"secreta"_s, u"secreta"_s));
-    conectar({});
-    copias->resolverClave(true);
-    QVERIFY(!copias->pidiendoClave() && !modelo->tarea().enMarcha());
-    QVERIFY(copias->property("clave").toString().isEmpty());
+    // It is that phone's: what was typed for it is not another's, nor does the question outlast it.
+    QVERIFY(escribir(u"secreta"_s, u"secreta"_s) && seLee(u"Para «%1»"_s.arg(marta.nombre)));
+    conectar({luis});
+    QVERIFY(!copias->pidiendoClave() && copias->property("clave").toString().isEmpty());
+    copias->resolverClave(true); // the click that was already under way
+    QVERIFY(!modelo->tarea().enMarcha());
     hayClave = true;
 }
 

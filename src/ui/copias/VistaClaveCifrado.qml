@@ -34,6 +34,12 @@ Hoja {
 
         Texto {
             width: parent.width
+            wrapMode: Text.Wrap
+            text: "Para «" + raiz.copias.claveDeQuien + "»"
+        }
+
+        Texto {
+            width: parent.width
             color: Tema.suave
             wrapMode: Text.Wrap
             text: "Sin cifrar, el iPhone deja fuera de la copia tus contraseñas del Llavero, los datos de Salud y parte de WhatsApp. Con cifrado se copia todo."
