@@ -73,7 +73,7 @@ private:
     Modelo &modelo;
     HayClave hayClave;
     std::optional<Dispositivo> claveDe; ///< while the question for a password is open
-    QString clave; ///< typed words, empty unless the question is open
+    QString clave;                      ///< typed words, empty unless the question is open
     QString claveRepetida;
 };
 

@@ -86,6 +86,12 @@ const QString &nombreDeLaCarpeta()
     return nombre;
 }
 
+QString carpetaQueSeToma(const QString &carpetaCopias)
+{
+    const QFileInfo donde(QFileInfo(carpetaCopias).path());
+    return donde.fileName() == nombreDeLaCarpeta() ? donde.path() : carpetaCopias;
+}
+
 int cuantas()
 {
     bool numero = false;
@@ -135,8 +141,8 @@ bool retirar(int carpeta, const QString &copias, const QString &udid)
 
 void podar(const QString &copias, const QString &udid, int cuantas)
 {
-    const Descriptor anteriores(
-        open(QFile::encodeName(copias + u'/' + nombreDeLaCarpeta()).constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    const Descriptor anteriores(open(QFile::encodeName(copias + u'/' + nombreDeLaCarpeta()).constData(),
+                                     O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     if (!anteriores)
         return;
     QDirIterator fechas(copias + u'/' + nombreDeLaCarpeta(), QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks);

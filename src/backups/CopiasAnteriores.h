@@ -14,14 +14,16 @@ struct Anterior {
     QString carpetaCopias; ///< what takes the place of the folder of backups
     QString udid;
     QDateTime fecha;
-    bool entera = false;   ///< finished and checked
-    bool acabada = false;  ///< nothing says that it is not
-    qint64 bytes = 0;      ///< that its removal would free; 0 unless counted
+    bool entera = false;  ///< finished and checked
+    bool acabada = false; ///< nothing says that it is not
+    qint64 bytes = 0;     ///< that its removal would free; 0 unless counted
 
     QString carpeta() const { return carpetaCopias + u'/' + udid; }
 };
 
 const QString &nombreDeLaCarpeta();
+/// The folder to lock while one works in `carpetaCopias`: itself, or the one in which it is an earlier one. Any thread.
+QString carpetaQueSeToma(const QString &carpetaCopias);
 
 /// How many the owner wants to keep of each phone, 0 to 9; one unless said otherwise. Main thread only.
 int cuantas();

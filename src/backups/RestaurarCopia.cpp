@@ -1,17 +1,21 @@
 #include "backups/RestaurarCopia.h"
 
+#include "backups/CarpetaDeCopias.h"
+#include "backups/CopiasAnteriores.h"
 #include "backups/EntornoDeHerramienta.h"
 #include "backups/ExplicarFallo.h"
 #include "core/Herramientas.h"
 #include "core/Tarea.h"
 #include "platform/Llavero.h"
 
+#include <memory>
+
 using namespace Qt::StringLiterals;
 
 namespace vellora
 {
 
-void restaurarCopia(Tarea &tarea, const QString &udid, const QString &carpetaCopias)
+void restaurarCopia(Tarea &tarea, const QString &udid, const QString &carpetaCopias, const QString &origen)
 {
     const auto &herramienta = Herramientas::idevicebackup2();
     if (!herramienta)
@@ -19,13 +23,20 @@ void restaurarCopia(Tarea &tarea, const QString &udid, const QString &carpetaCop
     tarea.empezar(u"Devolviendo la copia al iPhone"_s, u"Esto tarda bastante. No desconectes el cable."_s);
     tarea.apunta(u"El iPhone se reiniciará al terminar."_s);
     tarea.apunta(u"No toques el cable ni cierres la app hasta que acabe."_s);
-    QStringList orden{u"-u"_s, udid, u"restore"_s, u"--settings"_s, u"--reboot"_s, carpetaCopias};
+    // Nobody may put another backup in its place meanwhile.
+    const auto cerrojo =
+        std::make_shared<Descriptor>(CarpetaDeCopias::tomar(CopiasAnteriores::carpetaQueSeToma(carpetaCopias), 0));
+    QStringList orden{u"-u"_s, udid};
+    if (origen != udid)
+        orden << u"--source"_s << origen;
+    orden << u"restore"_s;
     auto entorno = entornoDeHerramienta();
-    const auto clave = Llavero::leer(udid);
+    const auto clave = Llavero::leer(origen);
     if (clave) {
         entorno[u"BACKUP_PASSWORD"_s] = *clave;
-        orden = orden.mid(0, 3) + QStringList{u"--password"_s, *clave} + orden.mid(3);
+        orden << u"--password"_s << *clave;
     }
+    orden << u"--settings"_s << u"--reboot"_s << carpetaCopias;
     tarea.ejecutorMotor.entornoExtra = entorno;
     const auto linea = [&tarea, clave, numero = tarea.trabajo()](QString texto) {
         if (!tarea.sigue(numero))
@@ -37,7 +48,7 @@ void restaurarCopia(Tarea &tarea, const QString &udid, const QString &carpetaCop
         // The tool repeats nothing of it today; the log must not depend on that.
         tarea.apunta(clave ? texto.replace(*clave, u"••••••"_s) : texto);
     };
-    const auto final = [&tarea, numero = tarea.trabajo()](int codigo) {
+    const auto final = [&tarea, cerrojo, numero = tarea.trabajo()](int codigo) {
         if (!tarea.sigue(numero))
             return;
         tarea.ponDetalle(codigo == 0 ? u"Copia devuelta. El iPhone se está reiniciando."_s

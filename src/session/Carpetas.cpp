@@ -80,4 +80,13 @@ bool hayVarias()
     return deTelefonos().size() > 1;
 }
 
+QStringList deCopias()
+{
+    QStringList carpetas;
+    const auto telefonos = deTelefonos();
+    for (const auto &telefono : telefonos)
+        carpetas << raiz().filePath(telefono + u"/Copias de seguridad"_s);
+    return carpetas;
+}
+
 } // namespace vellora::Carpetas

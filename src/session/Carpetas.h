@@ -3,6 +3,7 @@
 #include "session/Dispositivo.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -21,5 +22,7 @@ QString fotos(const std::optional<Dispositivo> &elegido);
 QString fotosParaIA(const std::optional<Dispositivo> &elegido);
 /// Whether "Vellora" holds the folders of more than one phone.
 bool hayVarias();
+/// The folders of backups of all phones that have a folder here. Any thread.
+QStringList deCopias();
 
 } // namespace vellora::Carpetas

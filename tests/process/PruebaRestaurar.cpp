@@ -48,6 +48,7 @@ private slots:
     void conOtraClave();
     void sinClave();
     void cableFuera();
+    void laDeOtroIPhone();
 
 private:
     bool ponerClave(const QString &cual)
@@ -61,7 +62,7 @@ private:
     }
     void restaurar()
     {
-        restaurarCopia(tarea, telefono->udid(), copias);
+        restaurarCopia(tarea, telefono->udid(), copias, telefono->udid());
         QVERIFY(tarea.enMarcha());
         QCOMPARE(tarea.titulo(), u"Devolviendo la copia al iPhone"_s);
         QTRY_VERIFY_WITH_TIMEOUT(!tarea.enMarcha(), 60000);
@@ -140,6 +141,17 @@ void PruebaRestaurar::cableFuera()
     QVERIFY(tarea.detalle().startsWith(u"No se pudo completar (código "_s));
     QCOMPARE(arbol(copias), antes); // the backup itself is as it was
     QVERIFY(procesosCon(telefono->udid()).isEmpty());
+}
+
+void PruebaRestaurar::laDeOtroIPhone()
+{
+    const auto otro = u"00008110-000E54321F00801E"_s;
+    QVERIFY(copiar());
+    QVERIFY(QDir(copias).rename(telefono->udid(), otro));
+    restaurarCopia(tarea, telefono->udid(), copias, otro);
+    QTRY_VERIFY_WITH_TIMEOUT(!tarea.enMarcha(), 60000);
+    QCOMPARE(tarea.terminadaBien(), true);
+    QVERIFY(arbol(dominio(u"/restaurado"_s)).size() > 5);
 }
 
 QTEST_GUILESS_MAIN(PruebaRestaurar)

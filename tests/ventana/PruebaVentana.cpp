@@ -1,5 +1,6 @@
 #include "core/Preferencias.h"
 #include "platform/Apariencia.h"
+#include "support/BaseDePrueba.h"
 #include "ui/Interfaz.h"
 #include "ui/sesion/Programa.h"
 #include "ventana/Manos.h"
@@ -338,18 +339,32 @@ void PruebaVentana::devolverPregunta()
     abrir();
     conectar({marta});
     tecla(Qt::Key_4, Qt::ControlModifier);
+    const auto copia = [](const Dispositivo &de) {
+        return QDir::homePath() + u"/Vellora/%1/Copias de seguridad/%2/Manifest.db"_s.arg(de.nombre, de.id);
+    };
+    QVERIFY(escribirFichero(copia(marta), "x"));
     QVERIFY(Manos::pulsar(*ventana, u"Devolver la copia al iPhone"_s));
-    QVERIFY(seLee(u"¿Devolver la copia al iPhone?"_s));
+    QTRY_VERIFY(seLee(u"¿Devolver la copia al iPhone?"_s));
     QCOMPARE(Manos::nombreDelFoco(*ventana), u"No hacer nada"_s);
     tecla(Qt::Key_Return);
     QVERIFY(!seLee(u"¿Devolver la copia al iPhone?"_s) && !modelo->tarea().enMarcha());
     QVERIFY(Manos::pulsar(*ventana, u"Devolver la copia al iPhone"_s));
+    QTRY_VERIFY(seLee(u"¿Devolver la copia al iPhone?"_s));
     tecla(Qt::Key_Escape);
     QVERIFY(!seLee(u"¿Devolver la copia al iPhone?"_s) && modelo->tarea().titulo().isEmpty());
     // Unplugged while the question stood: it goes with its phone.
     QVERIFY(Manos::pulsar(*ventana, u"Devolver la copia al iPhone"_s));
-    QVERIFY(seLee(u"¿Devolver la copia al iPhone?"_s));
+    QTRY_VERIFY(seLee(u"¿Devolver la copia al iPhone?"_s));
+    conectar({marta});
+    // Among those of several phones one chooses; the sheet is this phone's too.
+    tecla(Qt::Key_Escape);
+    QVERIFY(escribirFichero(copia(luis), "x"));
+    QVERIFY(Manos::pulsar(*ventana, u"Devolver la copia al iPhone"_s));
+    QTRY_VERIFY(programa->devolucion.copias().size() == 2);
+    QVERIFY(seLee(u"¿Qué copia quieres devolver?"_s));
+    QCOMPARE(Manos::nombreDelFoco(*ventana), u"No hacer nada"_s);
     conectar({});
+    QVERIFY(!seLee(u"¿Qué copia quieres devolver?"_s));
     QTRY_VERIFY(!Manos::control(*ventana, u"Devolver la copia"_s));
     QVERIFY(modelo->tarea().titulo().isEmpty());
 }
@@ -441,7 +456,8 @@ void PruebaVentana::todoTieneNombre()
     tecla(Qt::Key_Escape);
     tecla(Qt::Key_4, Qt::ControlModifier);
     revisar("copias");
-    programa->pedirDevolver();
+    programa->devolucion.pedir();
+    QTRY_VERIFY(!programa->devolucion.mirando());
     revisar("devolver");
     tecla(Qt::Key_Escape);
     programa->telegram.pedirDatos();

@@ -75,7 +75,7 @@ Pagina {
             simbolo: "arrow.uturn.backward"
             titulo: "Devolver la copia al iPhone"
             pie: "Solo si has perdido los datos"
-            onPulsado: raiz.programa.pedirDevolver()
+            onPulsado: raiz.programa.devolucion.pedir()
         }
     }
 

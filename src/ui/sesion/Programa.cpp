@@ -1,7 +1,6 @@
 #include "ui/sesion/Programa.h"
 
 #include "backups/Catalogo.h"
-#include "backups/RestaurarCopia.h"
 #include "extraction/SacarMisDatos.h"
 #include "photos/BorrarFotos.h"
 #include "ui/sesion/FotosDeContactos.h"
@@ -21,6 +20,7 @@ Programa::Programa(const Copias::HayClave &hayClave)
     : consentimiento(modelo, cerradura)
     , copias(modelo, hayClave)
     , automaticas(modelo, copias)
+    , devolucion(modelo, consentimiento)
     , bateria(modelo)
     , buscador(modelo)
     , contactos(modelo, &FotosDeContactos::esImagen)
@@ -54,22 +54,6 @@ void Programa::quizaOtroTelefono()
     contactos.olvidar();
     contrasenas.olvidar();
     buscador.olvidar();
-}
-
-void Programa::pedirDevolver()
-{
-    const auto &elegido = modelo.seleccionado();
-    if (!elegido || modelo.tarea().enMarcha())
-        return;
-    consentimiento.plantear(
-        {u"¿Devolver la copia al iPhone?"_s,
-         u"Esto SUSTITUYE lo que hay ahora en el iPhone por lo que había cuando se hizo la copia. Lo que sea más nuevo "
-         "que la copia se pierde.\n\nEl iPhone se reiniciará y tardará un buen rato. No desconectes el cable.\n\nSolo "
-         "tiene sentido si has perdido los datos o estás estrenando un iPhone."_s,
-         u"Devolver la copia"_s, u"No hacer nada"_s, Cerradura::DevolverCopia, elegido->id, nullptr,
-         [this, udid = elegido->id] {
-             restaurarCopia(modelo.tarea(), udid, modelo.carpetaCopias());
-         }});
 }
 
 void Programa::pedirBorrarTodas()

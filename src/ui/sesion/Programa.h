@@ -2,6 +2,7 @@
 
 #include "backups/Copias.h"
 #include "backups/CopiasAutomaticas.h"
+#include "backups/Devolucion.h"
 #include "extraction/Buscador.h"
 #include "extraction/Contactos.h"
 #include "extraction/Contrasenas.h"
@@ -32,6 +33,7 @@ class Programa : public QObject
     Q_PROPERTY(vellora::Modelo *modelo READ modeloPuntero CONSTANT)
     Q_PROPERTY(vellora::Copias *copias READ copiasPuntero CONSTANT)
     Q_PROPERTY(vellora::CopiasAutomaticas *automaticas READ automaticasPuntero CONSTANT)
+    Q_PROPERTY(vellora::Devolucion *devolucion READ devolucionPuntero CONSTANT)
     Q_PROPERTY(vellora::BateriaYRed *bateria READ bateriaPuntero CONSTANT)
     Q_PROPERTY(vellora::Cerradura *cerradura READ cerraduraPuntero CONSTANT)
     Q_PROPERTY(vellora::Consentimiento *consentimiento READ consentimientoPuntero CONSTANT)
@@ -54,6 +56,7 @@ public:
     Consentimiento consentimiento;
     Copias copias;
     CopiasAutomaticas automaticas;
+    Devolucion devolucion;
     BateriaYRed bateria;
     AvisosPorTelegram telegram;
     Buscador buscador;
@@ -64,8 +67,6 @@ public:
     SeleccionFotos seleccion;
     AjustesDeVentana ajustes;
 
-    /// Asks before a backup is put back on the selected phone.
-    Q_INVOKABLE void pedirDevolver();
     /// Turns the backup of the selected phone, or the first there is, into plain files.
     Q_INVOKABLE void sacarMisDatos();
     /// What has been taken out; where that is nothing, it is taken out first.
@@ -91,6 +92,7 @@ private:
     Modelo *modeloPuntero() { return &modelo; }
     Copias *copiasPuntero() { return &copias; }
     CopiasAutomaticas *automaticasPuntero() { return &automaticas; }
+    Devolucion *devolucionPuntero() { return &devolucion; }
     BateriaYRed *bateriaPuntero() { return &bateria; }
     Cerradura *cerraduraPuntero() { return &cerradura; }
     Consentimiento *consentimientoPuntero() { return &consentimiento; }

@@ -2,6 +2,7 @@
 
 #include "backups/Copias.h"
 #include "backups/CopiasAutomaticas.h"
+#include "backups/Devolucion.h"
 #include "core/Diario.h"
 #include "core/Tarea.h"
 #include "extraction/Buscador.h"
@@ -120,6 +121,13 @@ struct ConsentimientoParaVistas {
     Q_GADGET
     QML_FOREIGN(vellora::Consentimiento)
     QML_NAMED_ELEMENT(Consentimiento)
+    QML_UNCREATABLE("The program makes it")
+};
+
+struct DevolucionParaVistas {
+    Q_GADGET
+    QML_FOREIGN(vellora::Devolucion)
+    QML_NAMED_ELEMENT(Devolucion)
     QML_UNCREATABLE("The program makes it")
 };
 

@@ -154,6 +154,16 @@ FocusScope {
     Cargador {
         anchors.fill: parent
         focus: activo
+        activo: raiz.programa.devolucion.eligiendo && !raiz.estado.deBienvenida
+        fuente: "qrc:/qt/qml/Vellora/Copias/VistaDevolver.qml"
+        propiedades: ({
+                devolucion: raiz.programa.devolucion
+            })
+    }
+
+    Cargador {
+        anchors.fill: parent
+        focus: activo
         activo: raiz.consentimiento.abierto && !raiz.estado.deBienvenida
 
         HojaDeConfirmar {

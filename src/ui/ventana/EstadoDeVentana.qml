@@ -33,7 +33,7 @@ QtObject {
     readonly property string nuevo: raiz.modelo.hayIPhoneNuevo ? raiz.modelo.iPhoneNuevo.id : ""
     readonly property bool nuevoConectado: raiz.estaConectado(raiz.nuevo)
     readonly property bool deBienvenida: raiz.hayHerramientas && raiz.nuevoConectado && raiz.nuevo !== raiz.aplazado
-    readonly property bool hayCapa: !raiz.bloqueada && (raiz.deBienvenida || raiz.copias.pidiendoClave || raiz.programa.telegram.pidiendoDatos || raiz.programa.bateria.verBateria || raiz.programa.contactos.hoja !== Contactos.SinHoja || raiz.hayPregunta || raiz.panel !== EstadoDeVentana.Ninguno)
+    readonly property bool hayCapa: !raiz.bloqueada && (raiz.deBienvenida || raiz.copias.pidiendoClave || raiz.programa.devolucion.eligiendo || raiz.programa.telegram.pidiendoDatos || raiz.programa.bateria.verBateria || raiz.programa.contactos.hoja !== Contactos.SinHoja || raiz.hayPregunta || raiz.panel !== EstadoDeVentana.Ninguno)
 
     readonly property bool hayPregunta: raiz.programa.consentimiento.abierto || raiz.programa.consentimiento.aviso !== ""
 
