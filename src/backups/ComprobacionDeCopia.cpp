@@ -1,11 +1,13 @@
 #include "backups/ComprobacionDeCopia.h"
 
-#include "core/BaseDeDatos.h"
-#include "core/Plist.h"
+#include "core/Ejecutor.h"
+#include "core/Motor.h"
 
 #include <QFile>
 #include <QFileInfo>
-#include <QStorageInfo>
+#include <QJsonArray>
+
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -15,87 +17,83 @@ namespace vellora
 namespace
 {
 
-constexpr auto consultaDeFicheros = "SELECT fileID, file FROM Files WHERE flags = 1";
-constexpr qint64 bloqueDeCifrado = 16;
-// Less than this left on the volume counts as full: a batch of small files no longer fits.
-constexpr qint64 sitioMinimo = 1'000'000;
+// A large backup on a slow disk takes as long as it takes.
+constexpr double unaSemana = 7 * 86400; // seconds
 
-struct Recuento {
-    qint64 cortos = 0;
-    qint64 ausentes = 0;
+struct Encargo {
+    ComprobacionDeCopia resultado;
+    qint64 deTotal = 0;
+    bool dictada = false; ///< the engine has told its verdict
 };
 
-/// The length that the phone gave for a file: member Size of the archived record, absent when the record tells none.
-std::optional<qint64> tamanoDeclarado(const QByteArray &registro)
+void anotar(const Motor::Aviso &aviso, Encargo &encargo)
 {
-    const auto plist = Plist::interpretar(registro);
-    return plist ? plist->raiz()["$objects"].en(1)["Size"].entero() : std::nullopt;
+    using Veredicto = ComprobacionDeCopia::Veredicto;
+    auto &resultado = encargo.resultado;
+    if (aviso.tipo == "error"_L1)
+        resultado.detalles << aviso.texto("motivo"_L1).value_or(QString());
+    if (aviso.tipo != "comprobacion"_L1)
+        return;
+    const auto estado = aviso.texto("estado"_L1);
+    encargo.dictada = true;
+    resultado.veredicto = estado == u"entera"_s ? Veredicto::Entera
+                          : estado == u"rota"_s ? Veredicto::Rota
+                                                : Veredicto::SinComprobar;
+    resultado.cifrada = aviso.datos["cifrada"_L1].toBool();
+    resultado.discoLleno = aviso.datos["disco_lleno"_L1].toBool();
+    const auto detalles = aviso.datos["detalles"_L1].toArray();
+    for (const auto &uno : detalles)
+        resultado.detalles << uno.toString();
 }
 
-std::optional<Recuento> contarDefectos(const QString &carpeta)
+ComprobacionDeCopia acabada(Encargo encargo)
 {
-    const auto base = BaseDeDatos::abrir(carpeta + u"/Manifest.db"_s);
-    if (!base)
-        return {};
-    Recuento recuento;
-    const bool leida = base->porCadaFila(consultaDeFicheros, [&](const Fila &fila) {
-        const auto id = fila.texto(0);
-        const QFileInfo info(carpeta + u'/' + id.left(2) + u'/' + id);
-        if (!info.exists())
-            ++recuento.ausentes;
-        else if (info.size() < tamanoDeclarado(fila.datos(1)).value_or(0))
-            ++recuento.cortos;
-        return true;
-    });
-    return leida ? std::optional(recuento) : std::nullopt;
-}
-
-/// Absent when all is well, otherwise what is wrong. `cifrada`: nothing but the outside was looked at.
-std::optional<QString> defectoDe(const QString &carpeta, QStringList &detalles, bool &cifrada)
-{
-    const auto estado = Plist::leer(carpeta + u"/Status.plist"_s);
-    if (!estado || estado->raiz()["SnapshotState"].texto() != u"finished"_s)
-        return u"La copia no está marcada como terminada."_s;
-    const auto manifiesto = Plist::leer(carpeta + u"/Manifest.plist"_s);
-    if (!manifiesto)
-        return u"No se puede leer Manifest.plist."_s;
-    const auto tamano = QFileInfo(carpeta + u"/Manifest.db"_s).size();
-    cifrada = manifiesto->raiz()["IsEncrypted"].logico().value_or(false);
-    if (cifrada) {
-        const bool cabal = tamano > 0 && tamano % bloqueDeCifrado == 0;
-        return cabal ? std::nullopt : std::optional(u"Manifest.db está vacío o cortado."_s);
-    }
-    const auto recuento = tamano > 0 ? contarDefectos(carpeta) : std::nullopt;
-    if (!recuento)
-        return u"No se puede leer Manifest.db."_s;
-    if (recuento->ausentes > 0)
-        detalles << u"Ficheros de la lista que no están en la copia: %1."_s.arg(recuento->ausentes);
-    if (recuento->cortos == 0)
-        return {};
-    // A phone tells the length of a database in use as it was at another moment, so a shorter file alone proves
-    // nothing.
-    const auto sitio = QStorageInfo(carpeta).bytesAvailable();
-    if (sitio >= 0 && sitio < sitioMinimo)
-        return u"Ficheros que no están enteros en la copia: %1."_s.arg(recuento->cortos);
-    detalles << u"Ficheros más cortos de lo que dice la lista: %1."_s.arg(recuento->cortos);
-    return {};
+    // An engine that fell over a damaged backup has proved nothing of it.
+    if (!encargo.dictada)
+        encargo.resultado.detalles << u"No he podido comprobar la copia."_s;
+    return encargo.resultado;
 }
 
 } // namespace
 
-ComprobacionDeCopia comprobarCopia(const QString &carpeta)
+void comprobarCopia(Ejecutor &motor, const QString &udid, const QString &carpeta, qsizetype rehusados,
+                    const std::function<void(qint64, qint64)> &alAvanzar,
+                    const std::function<void(const ComprobacionDeCopia &)> &alAcabar)
 {
-    ComprobacionDeCopia resultado;
-    bool cifrada = false;
-    const auto defecto = defectoDe(carpeta, resultado.detalles, cifrada);
-    using Veredicto = ComprobacionDeCopia::Veredicto;
-    resultado.veredicto = defecto ? Veredicto::Rota : cifrada ? Veredicto::SinComprobar : Veredicto::Entera;
-    if (defecto) {
-        resultado.detalles << *defecto;
-        const auto sitio = QStorageInfo(carpeta).bytesAvailable();
-        resultado.discoLleno = sitio >= 0 && sitio < sitioMinimo;
+    const auto &lanzamiento = Motor::lanzamiento();
+    const auto encargo = std::make_shared<Encargo>();
+    const auto acabar = [encargo, alAcabar](int) {
+        alAcabar(acabada(*encargo));
+    };
+    if (!lanzamiento)
+        return acabar(-1);
+    const auto linea = [encargo, alAvanzar](const QString &texto) {
+        const auto aviso = Motor::interpretar(texto);
+        if (!aviso)
+            return;
+        if (aviso->tipo == "total"_L1)
+            encargo->deTotal = aviso->entero("n"_L1).value_or(0);
+        if (aviso->tipo == "progreso"_L1)
+            return alAvanzar(aviso->entero("hechos"_L1).value_or(0), encargo->deTotal);
+        anotar(*aviso, *encargo);
+    };
+    const QStringList orden{u"comprobar-copia"_s, udid, carpeta, QString::number(rehusados)};
+    motor.lanzar(lanzamiento->ejecutable, lanzamiento->argumentos + orden, linea, acabar);
+}
+
+ComprobacionDeCopia comprobarCopia(const QString &udid, const QString &carpeta)
+{
+    const auto &lanzamiento = Motor::lanzamiento();
+    Encargo encargo;
+    if (!lanzamiento)
+        return acabada(encargo);
+    const auto argumentos = lanzamiento->argumentos + QStringList{u"comprobar-copia"_s, udid, carpeta};
+    const auto lineas = Ejecutor::rapido(lanzamiento->ejecutable, argumentos, unaSemana).split(u'\n');
+    for (const auto &linea : lineas) {
+        if (const auto aviso = Motor::interpretar(linea))
+            anotar(*aviso, encargo);
     }
-    return resultado;
+    return acabada(encargo);
 }
 
 } // namespace vellora

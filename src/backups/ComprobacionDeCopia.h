@@ -3,10 +3,12 @@
 #include <QString>
 #include <QStringList>
 
-#include <optional>
+#include <functional>
 
 namespace vellora
 {
+
+class Ejecutor;
 
 /// Whether what the tool left in a backup folder can be trusted. The tool has ended with "Backup Successful." and
 /// status 0 on a full disk, so its word is not enough.
@@ -16,7 +18,8 @@ struct ComprobacionDeCopia {
         SinComprobar, ///< finished by its own word; what it holds could not be looked into
         Rota          ///< not finished, or damaged
     };
-    Veredicto veredicto = Veredicto::Rota;
+    Veredicto veredicto = Veredicto::SinComprobar;
+    bool cifrada = false;
     bool discoLleno = false; ///< broken, and the volume has no room left
     QStringList detalles;    ///< for the log: what is wrong, or what is worth knowing in a whole one
 
@@ -24,9 +27,16 @@ struct ComprobacionDeCopia {
     bool rota() const { return veredicto == Veredicto::Rota; }
 };
 
-/// Looks at "Status.plist" (its SnapshotState must be "finished"), "Manifest.plist" and "Manifest.db": it must be
-/// readable to its last row; on a full disk no file may be shorter than it says. The list of an encrypted backup cannot
-/// be read here; its size is looked at only, and the verdict is `SinComprobar`. Blocks for about a second per 50,000 files: background threads only.
-ComprobacionDeCopia comprobarCopia(const QString &carpeta);
+/// Has the engine look at a backup, encrypted or not: finished by its own word, its list readable to the last row, and
+/// each file of the list there, long enough and, where it is encrypted, ending as it must. The password comes from the
+/// store of secrets; without it, or without an engine, the verdict is `SinComprobar`, and `detalles` says why.
+/// `udid`: whose password. `rehusados`: files that the phone itself refused to send, which may be absent.
+/// `alAvanzar`: files looked at, and in all. `alAcabar` is called once, on the main thread, also when `motor` was
+/// cancelled. Returns at once. About a second per 30,000 files in the page cache. Main thread.
+void comprobarCopia(Ejecutor &motor, const QString &udid, const QString &carpeta, qsizetype rehusados,
+                    const std::function<void(qint64 hechos, qint64 deTotal)> &alAvanzar,
+                    const std::function<void(const ComprobacionDeCopia &)> &alAcabar);
+/// The same, waiting for it. Background threads only.
+ComprobacionDeCopia comprobarCopia(const QString &udid, const QString &carpeta);
 
 } // namespace vellora

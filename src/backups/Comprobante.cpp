@@ -112,7 +112,7 @@ bool escribir(const QString &copia, Veredicto veredicto)
 
 ComprobacionDeCopia comprobarYApuntar(const QString &copia)
 {
-    auto comprobacion = comprobarCopia(copia);
+    auto comprobacion = comprobarCopia(QFileInfo(copia).fileName(), copia);
     if (!comprobacion.rota() && esDeOtro(copia)) {
         comprobacion.veredicto = Veredicto::Rota;
         comprobacion.detalles << u"La copia es de otro iPhone."_s;

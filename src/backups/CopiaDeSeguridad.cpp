@@ -4,6 +4,7 @@
 #include "backups/CopiasAnteriores.h"
 #include "backups/EntornoDeHerramienta.h"
 #include "backups/ExplicarFallo.h"
+#include "backups/VigilanteDelDisco.h"
 #include "backups/VigilanteDelTelefono.h"
 #include "core/Formato.h"
 #include "core/Herramientas.h"
@@ -39,14 +40,16 @@ public:
         , opciones(lasOpciones)
         , numero(laTarea.trabajo())
         , vigilante(elUdid)
+        , disco(elDestino)
     {
         connect(&vigilante, &VigilanteDelTelefono::perdido, this, &Copia::telefonoPerdido);
+        connect(&disco, &VigilanteDelDisco::lleno, this, &Copia::discoLleno);
     }
 
     void preparar()
     {
-        const auto abrir = [udid = udid, destino = destino, modo = opciones.modo, guardadas = CopiasAnteriores::cuantas(),
-                            aunqueFalte = opciones.aunqueFalteSitio] {
+        const auto abrir = [udid = udid, destino = destino, modo = opciones.modo,
+                            guardadas = CopiasAnteriores::cuantas(), aunqueFalte = opciones.aunqueFalteSitio] {
             Preparada lista;
             auto abierta = CopiaEnCurso::abrir(destino, udid, modo, guardadas);
             if (!abierta) {
@@ -65,7 +68,7 @@ public:
 private:
     struct Preparada {
         std::shared_ptr<CopiaEnCurso> obra;
-        QString motivo;          ///< why there is none
+        QString motivo; ///< why there is none
         bool hayAnterior = false;
         QString preguntaDeSitio; ///< empty when there seems to be room
     };
@@ -78,8 +81,8 @@ private:
         if (!bytes || !libres || *bytes <= *libres)
             return {};
         return u"La copia que tienes ocupa %1 y se guarda hasta que la nueva esté comprobada, pero en el disco quedan "
-               "%2. Puede que no quepa. La copia que tienes no se toca en ningún caso."_s.arg(
-                   Formato::tamano(*bytes), Formato::tamano(*libres));
+               "%2. Puede que no quepa. La copia que tienes no se toca en ningún caso."_s.arg(Formato::tamano(*bytes),
+                                                                                              Formato::tamano(*libres));
     }
 
     void preparada(Preparada lista)
@@ -120,6 +123,7 @@ private:
                     yo->final(codigo);
             });
         vigilante.empezar(tarea.ejecutor.procesoHijo());
+        disco.empezar();
     }
 
     bool sigue() const { return tarea.sigue(numero); }
@@ -135,6 +139,8 @@ private:
         if (texto.contains("Receiving files"_L1) || texto.contains("Sending"_L1))
             return;
         tarea.apunta(texto);
+        if (texto.contains("Received an error message from device"_L1))
+            ++rehusados; // one for each file that the phone would not send
         if (texto.contains("Device is locked"_L1) || texto.contains("Waiting for"_L1))
             tarea.ponDetalle(u"Desbloquea el iPhone para continuar"_s);
     }
@@ -149,21 +155,25 @@ private:
         tarea.ejecutor.cancelar();
     }
 
+    /// What the tool could not write it leaves out without a word, so nothing that follows would be worth its time.
+    void discoLleno()
+    {
+        if (!sigue())
+            return;
+        sinSitio = true;
+        tarea.ejecutor.cancelar();
+    }
+
     void final(int codigo)
     {
         vigilante.parar();
+        disco.parar();
         if (!sigue())
             return soltar([this] { deleteLater(); });
-        if (codigo == 0) { // well, even if the cable left with the last words
-            const auto comprobar = [obra = obra] {
-                auto comprobacion = comprobarCopia(obra->carpeta());
-                const bool puesta = !comprobacion.rota() && obra->colocar(comprobacion.veredicto);
-                return std::pair(comprobacion, puesta);
-            };
-            enSegundoPlano(this, comprobar,
-                           [this](const std::pair<ComprobacionDeCopia, bool> &hecho) { comprobada(hecho); });
-            return;
-        }
+        if (sinSitio)
+            return acabarMal(sentenciaDeDiscoLleno());
+        if (codigo == 0) // well, even if the cable left with the last words
+            return comprobar();
         // The tool says the same of a pulled cable as of many other things.
         enSegundoPlano(
             this, [udid = udid] { return Detector::conectados().contains(udid); },
@@ -173,19 +183,49 @@ private:
             });
     }
 
-    void comprobada(const std::pair<ComprobacionDeCopia, bool> &hecho)
+    void comprobar()
     {
-        const auto &[comprobacion, puesta] = hecho;
-        if (!sigue()) // cancelled in the last moment; a whole backup is in its place all the same
+        tarea.ponDetalle(u"Comprobando la copia…"_s);
+        tarea.ponAvance(0, 0);
+        const QPointer yo(this);
+        comprobarCopia(
+            tarea.ejecutorMotor, udid, obra->carpeta(), rehusados,
+            [yo](qint64 hechos, qint64 deTotal) {
+                if (yo && yo->sigue())
+                    yo->tarea.ponAvance(hechos, deTotal);
+            },
+            [yo](const ComprobacionDeCopia &comprobacion) {
+                if (yo)
+                    yo->comprobada(comprobacion);
+            });
+    }
+
+    void comprobada(const ComprobacionDeCopia &comprobacion)
+    {
+        if (!sigue()) // cancelled in the midst of the check: nothing was found out
             return soltar([this] { deleteLater(); });
         for (const auto &detalle : comprobacion.detalles)
             tarea.apunta(detalle);
         if (comprobacion.rota())
             return acabarMal(comprobacion.discoLleno ? sentenciaDeDiscoLleno() : motivoDelFallo());
+        const auto colocar = [obra = obra, veredicto = comprobacion.veredicto] {
+            return obra->colocar(veredicto);
+        };
+        enSegundoPlano(this, colocar,
+                       [this, entera = comprobacion.entera()](bool puesta) { colocada(puesta, entera); });
+    }
+
+    void colocada(bool puesta, bool entera)
+    {
+        if (!sigue()) // cancelled in the last moment; a backup is in its place all the same
+            return soltar([this] { deleteLater(); });
         if (!puesta)
             return acabarMal(u"No he podido poner la copia nueva en su sitio."_s);
+        tarea.ponAvance(100, 100);
         tarea.apunta(u"Copia de seguridad terminada."_s);
-        soltar([this] { acabar(true, u"Copia completa guardada"_s); });
+        soltar([this, entera] {
+            acabar(true, entera ? u"Copia completa guardada"_s : u"Copia guardada, no comprobada"_s);
+        });
     }
 
     /// Lets go of the folder of the run, with what it holds of a backup that came to nothing, and then goes on.
@@ -203,12 +243,7 @@ private:
         const auto cierta = causaCierta(tarea.registro());
         if (cierta && !echado)
             return *cierta;
-        if (sinTelefono)
-            return sentenciaDeIPhonePerdido();
-        // Every run announces whether it will be encrypted; that line is no trouble with a password.
-        auto lineas = tarea.registro();
-        lineas.removeIf([](const QString &una) { return una.startsWith("Backup will be "_L1); });
-        return explicar(lineas);
+        return sinTelefono ? sentenciaDeIPhonePerdido() : explicar(sinElAnuncio(tarea.registro()));
     }
 
     void acabarMal(const QString &sentencia)
@@ -237,9 +272,12 @@ private:
     int numero;
     std::shared_ptr<CopiaEnCurso> obra;
     bool hayAnterior = false;
+    qsizetype rehusados = 0;
     bool sinTelefono = false;
-    bool echado = false; ///< the tool was ended by us, because the phone had left
+    bool sinSitio = false; ///< the disk was full, if only for a moment
+    bool echado = false;   ///< the tool was ended by us, because the phone had left
     VigilanteDelTelefono vigilante;
+    VigilanteDelDisco disco;
 };
 
 } // namespace

@@ -80,6 +80,12 @@ QString explicar(const QStringList &lineas)
     return primera(reglas, lineas).value_or(cualquiera);
 }
 
+QStringList sinElAnuncio(QStringList lineas)
+{
+    lineas.removeIf([](const QString &una) { return una.startsWith("Backup will be "_L1); });
+    return lineas;
+}
+
 std::optional<QString> causaCierta(const QStringList &lineas)
 {
     return primera(codigos, lineas);

@@ -19,6 +19,9 @@ std::optional<qint64> porcentajeEn(const QString &linea);
 /// The log of a failed backup as one sentence for the owner.
 QString explicar(const QStringList &lineas);
 
+/// Without the line in which every run announces whether it will be encrypted, which is no trouble with a password.
+QStringList sinElAnuncio(QStringList lineas);
+
 /// The sentence for a log that holds one of the codes of idevicebackup2 1.3.0 whose cause is certain, or absent.
 std::optional<QString> causaCierta(const QStringList &lineas);
 

@@ -32,8 +32,7 @@ std::optional<QByteArray> sacarLlavero(const CopiaAbierta &copia)
         if (entrada.dominio != "KeychainDomain" || entrada.ruta != "keychain-backup.plist")
             return true;
         datos = leerDatosDeFichero(entrada.archivo);
-        const auto id = QString::fromLatin1(entrada.id);
-        nombre = copia.carpeta() + u'/' + id.first(std::min<qsizetype>(2, id.size())) + u'/' + id;
+        nombre = copia.carpeta() + u'/' + QString::fromLatin1(nombreEnLaCopia(entrada.id));
         return false;
     });
     if (!datos)

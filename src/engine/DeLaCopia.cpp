@@ -30,7 +30,7 @@ std::optional<QString> faltaDeSitio(qint64 bytes, const CarpetaDeDestino &carpet
 }
 
 Resultado<CopiaAbierta> abrirLaCopia(const QString &udid, const QString &copias, const CarpetaDeDestino &deTrabajo,
-                                     Avisos &avisar)
+                                     Avisos &avisar, CopiaAbierta::Cierre *cierre)
 {
     const auto contrasena = [&] {
         auto guardada = Llavero::leer(udid);
@@ -39,7 +39,7 @@ Resultado<CopiaAbierta> abrirLaCopia(const QString &udid, const QString &copias,
         return guardada;
     };
     const auto carpeta = QFile::exists(copias + u"/Manifest.db"_s) ? copias : copias + u'/' + udid;
-    return CopiaAbierta::abrir(carpeta, contrasena, deTrabajo);
+    return CopiaAbierta::abrir(carpeta, contrasena, deTrabajo, cierre);
 }
 
 int sacarDeLaCopia(const Sacador &sacador, const QString &destino, const Sacador::Avance &avance, Avisos &avisar,

@@ -23,6 +23,7 @@ constexpr std::array ordenes{
     Orden{"borrar-elegidas"_L1, &borrarElegidas, "udid lista"_L1},
     Orden{"borrar-elegidas-de-verdad"_L1, &borrarElegidasDeVerdad, "udid lista"_L1},
     Orden{"borrar-fotos-iphone"_L1, &borrarFotosIPhone, "udid"_L1},
+    Orden{"comprobar-copia"_L1, &comprobarCopia, "udid copia"_L1},
     Orden{"contrasenas"_L1, &contrasenas, "udid copia"_L1},
     Orden{"copiar"_L1, &copiar, "udid destino"_L1},
     Orden{"copiar-elegidas"_L1, &copiarElegidas, "udid lista destino"_L1},

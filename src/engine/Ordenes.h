@@ -29,6 +29,13 @@ int bateria(const QStringList &argumentos, Avisos &avisar);
 /// salud (percent), or replaces that of today. One notice "historial": mediciones, salud, ciclos, desde, salud_inicial.
 int bateriaHistorial(const QStringList &argumentos, Avisos &avisar);
 
+/// "comprobar-copia" UDID COPIA [REHUSADOS]: whether a finished backup is whole, ciphered or not; the password comes
+/// from the secret store. REHUSADOS: how many files the phone itself refused to send while it was made, which may be
+/// absent. Notices: "total" n, "progreso" hechos, then "comprobacion" estado ("entera", "rota" or "sin_comprobar"),
+/// cifrada, disco_lleno and detalles, a list of sentences. The exit status is 0 whatever was found, and another one
+/// only without a notice.
+int comprobarCopia(const QStringList &argumentos, Avisos &avisar);
+
 /// "contrasenas" UDID COPIA CLAVE: the saved passwords of the phone, out of that backup. Notices: "contrasenas" lista,
 /// as many as it takes, whose elements have donde, tipo ("wifi", "internet" or "app"), usuario and clave; then "fin"
 /// cuantas, cerradas (bound to the phone), sin_texto. "sin_cifrar" alone where the backup is not encrypted. The

@@ -1,10 +1,14 @@
 #include "backups/ComprobacionDeCopia.h"
+#include "core/Ejecutor.h"
+#include "engine/backup/ComprobadorDeCopia.h"
+#include "platform/Llavero.h"
+#include "support/BusPrivado.h"
+#include "support/CopiaDePrueba.h"
+#include "support/LlaveroPrivado.h"
 
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
 #include <QTest>
 
+#include <openssl/evp.h>
 #include <sqlite3.h>
 
 using namespace Qt::StringLiterals;
@@ -12,6 +16,9 @@ using namespace vellora;
 
 namespace
 {
+
+using Veredicto = ComprobacionDeCopia::Veredicto;
+const auto clave = u"rosquillas ñ 1957"_s;
 
 QByteArray plist(const QByteArray &dentro)
 {
@@ -24,6 +31,70 @@ QByteArray registro(qint64 tamano)
                  QByteArray::number(tamano) + "</integer></dict></array>");
 }
 
+/// The engine's verdict, as the window gets it.
+ComprobacionDeCopia comprobar(const QString &carpeta, qsizetype rehusados = 0)
+{
+    Ejecutor motor;
+    std::optional<ComprobacionDeCopia> dicha;
+    comprobarCopia(
+        motor, u"U"_s, carpeta, rehusados, [](qint64, qint64) {}, [&](const ComprobacionDeCopia &una) { dicha = una; });
+    [&] {
+        QTRY_VERIFY_WITH_TIMEOUT(dicha, 60000);
+    }();
+    return dicha.value_or(ComprobacionDeCopia());
+}
+
+/// As the phone ciphers a file.
+QByteArray cifrar(const QByteArray &texto, const motor::Clave &con)
+{
+    QByteArray cifrado(texto.size() + 16, '\0');
+    const QByteArray ceros(16, '\0');
+    auto *contexto = EVP_CIPHER_CTX_new();
+    int hechos = 0;
+    int resto = 0;
+    auto *destino = reinterpret_cast<unsigned char *>(cifrado.data());
+    EVP_EncryptInit_ex(contexto, EVP_aes_256_cbc(), nullptr, con.bytes(),
+                       reinterpret_cast<const unsigned char *>(ceros.constData()));
+    EVP_EncryptUpdate(contexto, destino, &hechos, reinterpret_cast<const unsigned char *>(texto.constData()),
+                      static_cast<int>(texto.size()));
+    EVP_EncryptFinal_ex(contexto, destino + hechos, &resto);
+    EVP_CIPHER_CTX_free(contexto);
+    return cifrado.first(hechos + resto);
+}
+
+/// The largest photograph of an encrypted backup: its file, its key and how long the list says it is.
+struct Foto {
+    QString fichero;
+    motor::Clave suya;
+    qint64 largo = 0;
+};
+
+Foto fotoMasGrande(const QString &copia)
+{
+    Foto mayor;
+    const QTemporaryDir trabajo;
+    const auto destino = CarpetaDeDestino::abrir(trabajo.path());
+    const auto abierta = motor::CopiaAbierta::abrir(
+        copia, [] { return std::optional(clave); }, *destino);
+    if (!abierta)
+        return mayor;
+    abierta->porCadaFichero([&](const motor::CopiaAbierta::Entrada &entrada) {
+        const auto datos = motor::leerDatosDeFichero(entrada.archivo);
+        if (!datos || !entrada.ruta.startsWith("Media/DCIM/") || datos->tamano <= mayor.largo)
+            return true;
+        mayor = {copia + u'/' + QString::fromLatin1(motor::nombreEnLaCopia(entrada.id)),
+                 abierta->claves().abrir(datos->clave).value_or(motor::Clave()), datos->tamano};
+        return true;
+    });
+    return mayor;
+}
+
+bool escribirEn(const QString &fichero, const QByteArray &bytes)
+{
+    QFile archivo(fichero);
+    return archivo.open(QIODevice::WriteOnly) && archivo.write(bytes) == bytes.size();
+}
+
 } // namespace
 
 class PruebaComprobacion : public QObject
@@ -31,13 +102,20 @@ class PruebaComprobacion : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase();
     void init();
     void entera();
     void defectos_data();
     void defectos();
     void loQueElTelefonoNoEnvioSeDice();
     void unFicheroMasCortoSeDice();
-    void cifrada();
+    void cifradaEntera();
+    void cifradaSinSuClave();
+    void cifradaCortada_data();
+    void cifradaCortada();
+    void cifradaConLaLongitudDeOtroMomento();
+    void cortadoOAtrasado_data();
+    void cortadoOAtrasado();
 
 private:
     void escribir(const QString &nombre, const QByteArray &bytes)
@@ -48,11 +126,25 @@ private:
         fichero.write(bytes);
     }
 
+    QString cifrada() const { return telefono.ruta(u"cifrada"_s); }
+
     std::unique_ptr<QTemporaryDir> carpeta;
+    std::unique_ptr<BusPrivado> bus;
+    std::unique_ptr<LlaveroPrivado> llavero;
+    CopiaDePrueba telefono;
 };
+
+void PruebaComprobacion::initTestCase()
+{
+    bus = std::make_unique<BusPrivado>();
+    llavero = std::make_unique<LlaveroPrivado>();
+    QVERIFY(llavero->listo());
+    QVERIFY(telefono.crearTelefono() && telefono.copiar(u"cifrada"_s, clave));
+}
 
 void PruebaComprobacion::init()
 {
+    QVERIFY(Llavero::guardar(clave, u"U"_s));
     carpeta = std::make_unique<QTemporaryDir>();
     escribir(u"Status.plist"_s, plist("<key>SnapshotState</key><string>finished</string>"));
     escribir(u"Manifest.plist"_s, plist("<key>IsEncrypted</key><false/>"));
@@ -82,7 +174,7 @@ void PruebaComprobacion::init()
 
 void PruebaComprobacion::entera()
 {
-    const auto resultado = comprobarCopia(carpeta->path());
+    const auto resultado = comprobar(carpeta->path());
     QVERIFY2(resultado.entera(), qPrintable(resultado.detalles.join(u' ')));
     QVERIFY(resultado.detalles.isEmpty());
 }
@@ -106,7 +198,7 @@ void PruebaComprobacion::defectos()
     QFile archivo(carpeta->filePath(fichero));
     QVERIFY(archivo.exists());
     QVERIFY(largo < 0 ? archivo.remove() : archivo.resize(largo));
-    const auto resultado = comprobarCopia(carpeta->path());
+    const auto resultado = comprobar(carpeta->path());
     QVERIFY(resultado.rota());
     QCOMPARE(resultado.detalles.size(), 1);
 }
@@ -114,28 +206,130 @@ void PruebaComprobacion::defectos()
 void PruebaComprobacion::loQueElTelefonoNoEnvioSeDice()
 {
     QVERIFY(QFile::remove(carpeta->filePath(u"00/%1"_s.arg(9, 40, 16, QLatin1Char('0')))));
-    const auto resultado = comprobarCopia(carpeta->path());
-    QVERIFY(resultado.entera());
-    QCOMPARE(resultado.detalles, QStringList{u"Ficheros de la lista que no están en la copia: 1."_s});
+    const auto perdido = comprobar(carpeta->path());
+    QVERIFY(perdido.rota());
+    QCOMPARE(perdido.detalles,
+             (QStringList{u"Ficheros de la lista que no están en la copia: 1."_s, u"Entre ellos: HomeDomain/x"_s}));
+    QVERIFY(comprobar(carpeta->path(), 1).entera()); // the phone itself had refused one
 }
 
 void PruebaComprobacion::unFicheroMasCortoSeDice()
 {
     QVERIFY(QFile::resize(carpeta->filePath(u"00/%1"_s.arg(7, 40, 16, QLatin1Char('0'))), 4));
-    const auto resultado = comprobarCopia(carpeta->path());
-    QVERIFY(resultado.entera()); // with room on the disk it is the phone's own doing
+    const auto resultado = comprobar(carpeta->path());
+    QVERIFY(resultado.entera()); // the phone's own doing
     QCOMPARE(resultado.detalles, QStringList{u"Ficheros más cortos de lo que dice la lista: 1."_s});
+    // Nothing of it, which no phone sends in place of five bytes.
+    QVERIFY(QFile::resize(carpeta->filePath(u"00/%1"_s.arg(7, 40, 16, QLatin1Char('0'))), 0));
+    QVERIFY(comprobar(carpeta->path()).rota());
 }
 
-void PruebaComprobacion::cifrada()
+void PruebaComprobacion::cifradaEntera()
 {
-    escribir(u"Manifest.plist"_s, plist("<key>IsEncrypted</key><true/>"));
-    escribir(u"Manifest.db"_s, QByteArray(4096, 'x'));
-    QCOMPARE(comprobarCopia(carpeta->path()).veredicto, ComprobacionDeCopia::Veredicto::SinComprobar);
-    escribir(u"Manifest.db"_s, QByteArray(4095, 'x'));
-    QVERIFY(comprobarCopia(carpeta->path()).rota());
-    escribir(u"Manifest.db"_s, {});
-    QVERIFY(comprobarCopia(carpeta->path()).rota());
+    const auto resultado = comprobar(cifrada());
+    QVERIFY2(resultado.entera() && resultado.cifrada, qPrintable(resultado.detalles.join(u' ')));
+    QVERIFY(resultado.detalles.isEmpty());
+}
+
+void PruebaComprobacion::cifradaSinSuClave()
+{
+    QVERIFY(Llavero::borrar(u"U"_s));
+    const auto sin = comprobar(cifrada());
+    QCOMPARE(sin.veredicto, Veredicto::SinComprobar);
+    QCOMPARE(sin.detalles.size(), 1);
+    QVERIFY(Llavero::guardar(u"otra"_s, u"U"_s));
+    const auto mala = comprobar(cifrada());
+    QCOMPARE(mala.veredicto, Veredicto::SinComprobar);
+    QVERIFY(mala.detalles != sin.detalles);
+    // What can be seen without it still counts.
+    QVERIFY(QFile::rename(cifrada() + u"/Status.plist"_s, cifrada() + u"/otro"_s));
+    QVERIFY(comprobar(cifrada()).rota());
+    QVERIFY(QFile::rename(cifrada() + u"/otro"_s, cifrada() + u"/Status.plist"_s));
+}
+
+void PruebaComprobacion::cifradaCortada_data()
+{
+    QTest::addColumn<int>("desde"); ///< from the end when negative
+    QTest::addColumn<int>("quitar");
+    QTest::newRow("the end, at a page") << -4096 << 4096;
+    QTest::newRow("the end, anywhere") << -1000 << 1000;
+    QTest::newRow("a piece from the middle: its end deciphers as it should") << 4096 << 8192;
+    QTest::newRow("all of it") << 0 << (1 << 30);
+    QTest::newRow("nothing, but the last byte is another") << -1 << 0;
+}
+
+void PruebaComprobacion::cifradaCortada()
+{
+    QFETCH(int, desde);
+    QFETCH(int, quitar);
+    const auto foto = fotoMasGrande(cifrada());
+    QVERIFY(foto.largo > 20000);
+    QFile fichero(foto.fichero);
+    QVERIFY(fichero.open(QIODevice::ReadOnly));
+    const auto bien = fichero.readAll();
+    fichero.close();
+    auto mal = bien;
+    mal.remove(desde < 0 ? mal.size() + desde : desde, quitar);
+    if (quitar == 0)
+        mal.back() = static_cast<char>(mal.back() ^ 1);
+    QVERIFY(escribirEn(foto.fichero, mal));
+    const auto resultado = comprobar(cifrada());
+    QVERIFY(escribirEn(foto.fichero, bien));
+    QVERIFY(resultado.rota() && !resultado.discoLleno);
+    QCOMPARE(resultado.detalles.first(), u"Ficheros que no están enteros en la copia: 1."_s);
+    QVERIFY(resultado.detalles.last().contains(u"CameraRollDomain/Media/DCIM/"_s));
+}
+
+void PruebaComprobacion::cifradaConLaLongitudDeOtroMomento()
+{
+    const auto foto = fotoMasGrande(cifrada());
+    QFile fichero(foto.fichero);
+    QVERIFY(fichero.open(QIODevice::ReadOnly));
+    const auto bien = fichero.readAll();
+    fichero.close();
+    for (const auto largo : {foto.largo - 1003, foto.largo + 1003}) {
+        QVERIFY(escribirEn(foto.fichero, cifrar(QByteArray(largo, 'x'), foto.suya)));
+        const auto resultado = comprobar(cifrada());
+        QVERIFY2(resultado.entera(), qPrintable(resultado.detalles.join(u' ')));
+        QCOMPARE(resultado.detalles.size(), largo < foto.largo ? 1 : 0);
+    }
+    QVERIFY(escribirEn(foto.fichero, bien));
+}
+
+void PruebaComprobacion::cortadoOAtrasado_data()
+{
+    QTest::addColumn<QByteArray>("nombre");
+    QTest::addColumn<QByteArray>("cabeza");
+    QTest::addColumn<qint64>("largo");
+    QTest::addColumn<qint64>("declarado");
+    QTest::addColumn<bool>("cortado");
+    QByteArray base("SQLite format 3\0\x10\0", 18);
+    base.resize(112, '\0');
+    base[31] = 10; // pages of 4096 bytes
+    QByteArray log("\x37\x7f\x06\x82\0\0\0\0\0\0\x10\0", 12);
+    log.resize(112, '\0');
+    const auto fila = [](const char *que, const QByteArray &nombre, const QByteArray &cabeza, qint64 largo,
+                         qint64 declarado, bool cortado) {
+        QTest::newRow(que) << nombre << cabeza << largo << declarado << cortado;
+    };
+    fila("database with all of its pages", "sms.db", base, 40960, 81920, false);
+    fila("database without its last page", "sms.db", base, 36864, 40960, true);
+    fila("log of whole frames", "sms.db-wal", log, 32 + 3 * 4120, 32 + 9 * 4120, false);
+    fila("log cut at a page", "sms.db-wal", log, 8192, 32 + 9 * 4120, true);
+    fila("log taken in meanwhile", "sms.db-wal", {}, 0, 500'000, false);
+    fila("shared by readers", "sms.db-shm", QByteArray(112, '\0'), 32768, 65536, false);
+    fila("photograph that ends at a page", "IMG_1.HEIC", QByteArray(112, 'x'), 1'228'800, 1'830'001, true);
+    fila("photograph that lacks whole pages", "IMG_1.HEIC", QByteArray(112, 'x'), 1'230'001, 1'844'401, true);
+    fila("list noted when it was longer", "a.plist", QByteArray(112, 'x'), 1000, 5001, false);
+}
+
+void PruebaComprobacion::cortadoOAtrasado()
+{
+    QFETCH(QByteArray, nombre);
+    QFETCH(QByteArray, cabeza);
+    QFETCH(qint64, largo);
+    QFETCH(qint64, declarado);
+    QTEST(motor::pareceCortado({nombre, cabeza, largo, declarado}), "cortado");
 }
 
 QTEST_GUILESS_MAIN(PruebaComprobacion)

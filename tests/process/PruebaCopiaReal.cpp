@@ -79,6 +79,7 @@ private slots:
     void fallosDelTelefono();
     void discoLleno_data();
     void discoLleno();
+    void discoLlenoUnMomento();
     void otraCopiaEnMarcha();
     void sinTelefono();
     void malEscrito();
@@ -180,6 +181,31 @@ void PruebaCopiaReal::discoLleno()
     QCOMPARE(objeto.value(u"registro"_s).toArray().last().toString(), u"No cabe en el disco del Mac."_s);
     QVERIFY2(!hecho.palabras.contains("/Manifest.db"), hecho.palabras.constData());
     QCOMPARE(diario().first().estado, Actividad::Estado::Mal);
+}
+
+void PruebaCopiaReal::discoLlenoUnMomento()
+{
+    if (!hayEspaciosDeMontaje())
+        QSKIP("a small disk of its own needs user namespaces or root");
+    TelefonoSimulado telefono;
+    QVERIFY2(telefono.listo(), qPrintable(telefono.motivo()));
+    QVERIFY(telefono.orden({{u"orden"_s, u"ignorar_espacio_del_ordenador"_s}, {u"valor"_s, true}})[u"bien"_s].toBool());
+    QVERIFY(telefono.orden({{u"orden"_s, u"frenar"_s}, {u"bytes_por_segundo"_s, 600'000}})[u"bien"_s].toBool());
+    const auto vellora = QDir::homePath() + u"/Vellora"_s;
+    QVERIFY(QDir().mkpath(vellora + u"/iPhone de Marta"_s));
+    // Another program fills the disk once the backup's files come, and gives the room back a second and a half later.
+    const auto guion =
+        u"d=\"$1/iPhone de Marta\"; mount -t tmpfs -o size=20m x \"$d\"; "
+        "\"$2\" copia --json & p=$!; "
+        "until find \"$d\" -path '*/Snapshot/*' -type f | grep -q . || ! kill -0 $p; do sleep .02; done; "
+        "cat /dev/zero >\"$d/ajeno\" 2>/dev/null; sleep 1.5; rm \"$d/ajeno\"; wait $p; c=$?; "
+        "find \"$d\" -name Manifest.db >&2; exit $c"_s;
+    const auto hecho = ejecutar(
+        u"unshare"_s, {u"--mount"_s, u"--map-root-user"_s, u"bash"_s, u"-c"_s, guion, u"sh"_s, vellora, programa});
+    QCOMPARE(hecho.codigo, 1);
+    const auto objeto = QJsonDocument::fromJson(hecho.salida).object();
+    QCOMPARE(objeto.value(u"registro"_s).toArray().last().toString(), u"No cabe en el disco del Mac."_s);
+    QVERIFY2(!hecho.palabras.contains("/Manifest.db"), hecho.palabras.constData());
 }
 
 void PruebaCopiaReal::otraCopiaEnMarcha()

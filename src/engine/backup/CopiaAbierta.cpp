@@ -6,6 +6,8 @@
 
 #include <QFile>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace vellora::motor
@@ -19,7 +21,8 @@ constexpr auto consultaFicheros = "SELECT fileID, domain, relativePath, file FRO
 const auto danada = u"La copia está dañada: no se puede leer su lista de ficheros. Haz una copia nueva."_s;
 
 /// Opens the class keys of an encrypted backup.
-Resultado<ClavesDeClase> abrirClaves(const Plist &manifiesto, const CopiaAbierta::PedirContrasena &contrasena)
+Resultado<ClavesDeClase> abrirClaves(const Plist &manifiesto, const CopiaAbierta::PedirContrasena &contrasena,
+                                     CopiaAbierta::Cierre &cierre)
 {
     const auto bytes = manifiesto.raiz()["BackupKeyBag"].datos();
     if (!bytes)
@@ -28,6 +31,7 @@ Resultado<ClavesDeClase> abrirClaves(const Plist &manifiesto, const CopiaAbierta
     if (!bolsa)
         return Resultado<ClavesDeClase>::fallo(bolsa.motivo());
     const auto guardada = contrasena();
+    cierre = guardada ? CopiaAbierta::Cierre::ClaveMala : CopiaAbierta::Cierre::SinClave;
     if (!guardada)
         return Resultado<ClavesDeClase>::fallo(
             u"La copia está cifrada y en este ordenador no está guardada su contraseña."_s);
@@ -36,7 +40,7 @@ Resultado<ClavesDeClase> abrirClaves(const Plist &manifiesto, const CopiaAbierta
 
 /// The list of files, deciphered into a file that loses its name at once.
 Resultado<BaseDeDatos> listaDescifrada(const QString &cifrada, const std::optional<Clave> &clave,
-                                       const CarpetaDeDestino &deTrabajo)
+                                       const CarpetaDeDestino &deTrabajo, CopiaAbierta::Cierre &cierre)
 {
     using Lista = Resultado<BaseDeDatos>;
     constexpr int numero = 0;
@@ -49,6 +53,8 @@ Resultado<BaseDeDatos> listaDescifrada(const QString &cifrada, const std::option
         destino ? pasarFichero(*origen, *destino, clave, Relleno::Dejar, almacen) : FinDeFichero::NoSeEscribe;
     auto lista = BaseDeDatos::abrir(deTrabajo.ruta() + u'/' + QString::fromUtf8(deTrabajo.nombreDeTrabajo(numero)));
     deTrabajo.desechar(numero);
+    if (fin != FinDeFichero::Entero && fin != FinDeFichero::Ilegible)
+        cierre = CopiaAbierta::Cierre::SinTrabajo;
     if (fin != FinDeFichero::Entero)
         return Lista::fallo(fin == FinDeFichero::Ilegible ? danada : enPalabras(fin));
     return lista ? Lista(*std::move(lista)) : Lista::fallo(danada);
@@ -61,6 +67,14 @@ Resultado<BaseDeDatos> listaEnClaro(const QString &fichero)
 }
 
 } // namespace
+
+QByteArray nombreEnLaCopia(const QByteArray &id)
+{
+    const bool esIdentificador = id.size() == 40 && std::all_of(id.begin(), id.end(), [](char letra) {
+                                     return (letra >= '0' && letra <= '9') || (letra >= 'a' && letra <= 'f');
+                                 });
+    return esIdentificador ? id.first(2) + '/' + id : QByteArray();
+}
 
 std::optional<DatosDeFichero> leerDatosDeFichero(const QByteArray &archivo)
 {
@@ -77,24 +91,29 @@ std::optional<DatosDeFichero> leerDatosDeFichero(const QByteArray &archivo)
 }
 
 Resultado<CopiaAbierta> CopiaAbierta::abrir(const QString &carpeta, const PedirContrasena &contrasena,
-                                            const CarpetaDeDestino &deTrabajo)
+                                            const CarpetaDeDestino &deTrabajo, Cierre *cierre)
 {
+    Cierre sinMirar = Cierre::Danada;
+    auto &causa = cierre != nullptr ? *cierre : sinMirar;
+    causa = Cierre::NoHay;
     const auto fichero = carpeta + u"/Manifest.db"_s;
     if (!QFile::exists(fichero))
         return Resultado<CopiaAbierta>::fallo(
             u"No hay una copia terminada de este iPhone. Hazla con el iPhone desbloqueado."_s);
+    causa = Cierre::Danada;
     const auto manifiesto = Plist::leer(carpeta + u"/Manifest.plist"_s);
     if (!manifiesto)
         return Resultado<CopiaAbierta>::fallo(danada);
 
     const bool cifrada = manifiesto->raiz()["IsEncrypted"].logico().value_or(false);
-    auto claves = cifrada ? abrirClaves(*manifiesto, contrasena) : Resultado(ClavesDeClase());
+    auto claves = cifrada ? abrirClaves(*manifiesto, contrasena, causa) : Resultado(ClavesDeClase());
     if (!claves)
         return Resultado<CopiaAbierta>::fallo(claves.motivo());
+    causa = Cierre::Danada;
 
     // Until iOS 10.2 the list itself was not encrypted.
     const auto claveDeLista = manifiesto->raiz()["ManifestKey"].datos();
-    auto lista = cifrada && claveDeLista ? listaDescifrada(fichero, claves->abrir(*claveDeLista), deTrabajo)
+    auto lista = cifrada && claveDeLista ? listaDescifrada(fichero, claves->abrir(*claveDeLista), deTrabajo, causa)
                                          : listaEnClaro(fichero);
     if (!lista)
         return Resultado<CopiaAbierta>::fallo(lista.motivo());

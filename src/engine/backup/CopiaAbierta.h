@@ -23,6 +23,9 @@ struct DatosDeFichero {
 /// Absent when the archive cannot be read.
 std::optional<DatosDeFichero> leerDatosDeFichero(const QByteArray &archivo);
 
+/// Name of a file inside the folder of its backup, or empty when the identifier is none.
+QByteArray nombreEnLaCopia(const QByteArray &id);
+
 /// A backup whose list of files has been opened. Reading the list belongs to one thread; the keys, to any.
 class CopiaAbierta
 {
@@ -35,11 +38,13 @@ public:
         QByteArray archivo; ///< for `leerDatosDeFichero`
     };
     using PedirContrasena = std::function<std::optional<QString>()>;
+    /// What kept a backup closed. Only `Danada` says something of the backup itself.
+    enum class Cierre { NoHay, Danada, SinClave, ClaveMala, SinTrabajo };
 
     /// `carpeta`: that of one backup. `contrasena` is asked for an encrypted one only. In `deTrabajo` the
-    /// deciphered list stands, without a name, while it is read.
+    /// deciphered list stands, without a name, while it is read. `cierre` is set when it cannot be opened.
     static Resultado<CopiaAbierta> abrir(const QString &carpeta, const PedirContrasena &contrasena,
-                                         const CarpetaDeDestino &deTrabajo);
+                                         const CarpetaDeDestino &deTrabajo, Cierre *cierre = nullptr);
 
     /// Every regular file, until `entrada` gives false. False when the list is damaged: what came before holds.
     bool porCadaFichero(const std::function<bool(const Entrada &)> &entrada) const;

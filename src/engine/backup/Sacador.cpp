@@ -86,15 +86,6 @@ private:
     bool parada = false;
 };
 
-/// Name of a file inside the backup's folder, or empty when the identifier is none.
-QByteArray enLaCopia(const QByteArray &id)
-{
-    const bool esIdentificador = id.size() == 40 && std::all_of(id.begin(), id.end(), [](char letra) {
-                                     return (letra >= '0' && letra <= '9') || (letra >= 'a' && letra <= 'f');
-                                 });
-    return esIdentificador ? id.first(2) + '/' + id : QByteArray();
-}
-
 /// The run that all threads share.
 class Tanda
 {
@@ -175,7 +166,7 @@ private:
             if (!clave)
                 return fallar(encargo.relativa, u"su clave no se puede abrir"_s);
         }
-        const auto origen = abrirAjeno(*deLaCopia, enLaCopia(encargo.id));
+        const auto origen = abrirAjeno(*deLaCopia, nombreEnLaCopia(encargo.id));
         if (!origen)
             return fallar(encargo.relativa, u"falta en la copia"_s);
         const auto escrito = carpeta.nuevo(numero);
