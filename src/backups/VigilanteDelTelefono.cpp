@@ -51,8 +51,8 @@ bool VigilanteDelTelefono::daVueltasEnVano() const
 {
     const auto callado = static_cast<double>(silencio.elapsed()) / 1000.0;
     const auto usado = segundosDeProcesador(herramienta) - procesadorAlCallar;
-    // Half of a core: other programs want their share.
-    return callado > segundosDeSilencio && usado > callado / 2;
+    // A twentieth of a core: one that waits for the owner uses nothing, and a busy computer leaves it no more.
+    return callado > segundosDeSilencio && usado > callado / 20;
 }
 
 } // namespace vellora
