@@ -2,11 +2,10 @@
 #include "engine/DeLaCopia.h"
 #include "engine/Interrupcion.h"
 #include "engine/Ordenes.h"
-#include "engine/roll/BaseDeFotos.h"
 #include "engine/roll/Copiador.h"
 #include "engine/roll/Rutas.h"
+#include "engine/roll/SinCopia.h"
 
-#include <algorithm>
 #include <future>
 
 using namespace Qt::StringLiterals;
@@ -30,20 +29,12 @@ std::optional<QString> impedimento(const std::vector<FicheroDelCarrete> &fichero
     return carpeta ? faltaDeSitio(bytes, *carpeta) : std::optional(carpeta.motivo());
 }
 
-/// Photos that the phone lists without having them.
-void contarLasDeICloud(Conexiones &conexiones, const Carrete &carrete, Avisos &avisar)
+/// What the phone lists and this copy does not bring.
+void contarLoQueNoSeCopia(Conexiones &conexiones, const Carrete &carrete, Avisos &avisar)
 {
-    auto base = leerBaseDeFotos(conexiones.primera());
-    if (!base)
-        return;
-    for (const auto &fichero : carrete.ficheros)
-        base->erase(fichero.relativa.toStdString());
-    const auto cuantas =
-        std::count_if(base->begin(), base->end(), [](const auto &una) { return una.second != EstadoDeFoto::Papelera; });
-    if (cuantas > 0)
-        avisar.linea(
-            u"%1 de tus fotos no están en el iPhone: solo las tiene iCloud. Para traerlas, en el iPhone abre "
-            "Ajustes, Fotos, elige «Descargar y conservar originales» y copia otra vez cuando acabe."_s.arg(cuantas));
+    const auto lista = leerListaDeFotos(conexiones.primera());
+    for (const auto &frase : lista ? contarSinCopia(*lista, carrete).frases() : QStringList())
+        avisar.linea(frase);
 }
 
 /// What is there already is read while the phone is being asked.
@@ -102,19 +93,22 @@ int copiar(const QStringList &argumentos, Avisos &avisar)
         std::vector<std::pair<QString, QString>> perdidos;
         for (const auto &problema : carrete->problemas)
             perdidos.emplace_back(u"una parte del carrete"_s, problema);
+        auto ficheros = carrete->ficheros;
+        ficheros.insert(ficheros.end(), carrete->aparte.begin(), carrete->aparte.end());
         CuentaDeCopia cuenta;
         const auto estado =
-            copiarFicheros(conexiones, carrete->ficheros, copiadas.get(), argumentos[1], perdidos, avisar, cuenta);
+            copiarFicheros(conexiones, ficheros, copiadas.get(), argumentos[1], perdidos, avisar, cuenta);
         // The phone's list is long: it is not read again for an owner who has been told.
-        if (estado == 0 && (cuenta.copiados > 0 || carrete->ficheros.empty()))
-            contarLasDeICloud(conexiones, *carrete, avisar);
+        if (estado != Interrupcion::estado && !conexiones.primera().perdido() &&
+            (cuenta.copiados > 0 || ficheros.empty()))
+            contarLoQueNoSeCopia(conexiones, *carrete, avisar);
         return estado;
     });
 }
 
 int copiarElegidas(const QStringList &argumentos, Avisos &avisar)
 {
-    const auto rutas = leerRutas(argumentos[1]);
+    const auto rutas = leerRutas(argumentos[1], RutasAdmitidas::LasQueSeCopian);
     if (!rutas)
         return avisar.error(rutas.motivo());
     auto copiadas = leyendo(argumentos[2], argumentos[0]);

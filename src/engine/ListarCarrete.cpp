@@ -27,14 +27,22 @@ QString estadoDe(const FicheroDelCarrete &fichero, const std::unordered_map<std:
 
 QString tipoEnPalabra(const FicheroDelCarrete &fichero)
 {
-    static const QRegularExpression retoque(u"^[A-Z]{3}_E\\d"_s);
     const auto tipo = tipoDe(fichero.relativa);
     if (tipo == TipoDeFichero::Ajustes)
         return u"ajustes"_s;
-    const auto nombre = fichero.relativa.sliced(fichero.relativa.lastIndexOf('/') + 1);
-    if (retoque.match(QString::fromUtf8(nombre)).hasMatch())
+    if (esRetoque(fichero.relativa))
         return u"retoque"_s;
     return tipo == TipoDeFichero::Video ? u"video"_s : u"foto"_s;
+}
+
+/// Of the roll, and of what is kept outside of it; nothing when the list cannot be read.
+BaseDeFotos queSabeElTelefono(Afc &afc)
+{
+    auto lista = leerListaDeFotos(afc);
+    if (!lista)
+        return {};
+    lista->delCarrete.merge(lista->deFuera);
+    return std::move(lista->delCarrete);
 }
 
 } // namespace
@@ -43,7 +51,7 @@ int listarCarrete(const QStringList &argumentos, Avisos &avisar)
 {
     return conElCarrete(argumentos[0], avisar, [&](Conexiones &conexiones, const Carrete &carrete) {
         const auto copiadas = Copiadas::leer(argumentos[1], argumentos[0]);
-        const auto base = leerBaseDeFotos(conexiones.primera()).value_or(BaseDeFotos());
+        const auto base = queSabeElTelefono(conexiones.primera());
         // The list knows one file of each photo: the state is that of all its files.
         std::unordered_map<std::string, EstadoDeFoto> estados;
         for (const auto &[relativa, estado] : base)
@@ -56,7 +64,9 @@ int listarCarrete(const QStringList &argumentos, Avisos &avisar)
             lista = {};
             return dicho;
         };
-        for (const auto &fichero : carrete.ficheros) {
+        auto ficheros = carrete.ficheros;
+        ficheros.insert(ficheros.end(), carrete.aparte.begin(), carrete.aparte.end());
+        for (const auto &fichero : ficheros) {
             const auto relativa = QString::fromUtf8(fichero.relativa);
             const auto barra = relativa.lastIndexOf(u'/');
             // A video that the phone lists by itself is no half of a Live Photo, whatever its name.
@@ -71,7 +81,8 @@ int listarCarrete(const QStringList &argumentos, Avisos &avisar)
                 {u"tipo"_s, tipoEnPalabra(fichero)},
                 {u"elemento"_s, esSuPropio && tipoDe(fichero.relativa) == TipoDeFichero::Video ? relativa : elemento},
                 {u"copiado"_s, copiadas.juzgar(fichero).juicio == Copiadas::Juicio::Esta},
-                {u"estado"_s, estadoDe(fichero, estados)}};
+                {u"estado"_s, estadoDe(fichero, estados)},
+                {u"solo_se_copia"_s, seGuardaFuera(fichero.ruta)}};
             if (lista.size() >= enUnAviso && !soltar())
                 return avisar.error(u"No queda sitio ni para la lista de las fotos. Libera espacio en el disco."_s);
         }

@@ -85,7 +85,7 @@ int miniaturas(const QStringList &argumentos, Avisos &avisar)
 {
     const auto &udid = argumentos[0];
     const auto &carpeta = argumentos[3];
-    const auto rutas = leerRutas(argumentos[1]);
+    const auto rutas = leerRutas(argumentos[1], RutasAdmitidas::LasQueSeCopian);
     if (!rutas)
         return avisar.error(rutas.motivo());
     if (!QDir().mkpath(carpeta))

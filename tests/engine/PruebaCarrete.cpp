@@ -1,3 +1,4 @@
+#include "core/CarpetaDeDestino.h"
 #include "support/CopiaDePrueba.h"
 #include "support/MotorDePrueba.h"
 
@@ -5,7 +6,9 @@
 #include <QProcess>
 #include <QTest>
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -21,6 +24,8 @@ private slots:
     void copiarSoloLoQueFalta();
     void copiarSinPisarNada();
     void copiarPorContenido();
+    void copiarLoDeFueraDelCarrete();
+    void copiarNombresRaros();
     void copiarDosALaVez();
     void copiarLoQueSePueda();
     void copiarSinCable();
@@ -218,6 +223,99 @@ void PruebaCarrete::copiarPorContenido()
     QCOMPARE(copiar()[u"fin"_s][u"copiados"_s].toInt(), 1);
     QCOMPARE(leerFichero(fotos + u"/301APPLE/IMG_0700.JPG"_s), QByteArray(50'000, 'b'));
     QCOMPARE(leerFichero(fotos + u"/301APPLE/IMG_0700 (2).JPG"_s), QByteArray(50'000, 'B'));
+}
+
+void PruebaCarrete::copiarLoDeFueraDelCarrete()
+{
+    const auto dentro = enElTelefono();
+    const QByteArray grupo("/PhotoData/CPLAssets/group7/");
+    const auto deFuera = [&](const QByteArray &nombre) {
+        return media + QString::fromUtf8(grupo + nombre);
+    };
+    QVERIFY(escribirFichero(deFuera("0A-B.JPG"), "de fuera"));
+    QVERIFY(escribirFichero(media + u"/PhotoData/Mutations/PhotoData/CPLAssets/group7/0A-B/Adjustments/"
+                                    "FullSizeRender.jpg"_s,
+                            "de fuera, retocada"));
+    QVERIFY(CopiaDePrueba::sql(
+        media + u"/PhotoData/Photos.sqlite"_s,
+        "INSERT INTO ZASSET (ZDIRECTORY, ZFILENAME, ZTRASHEDSTATE, ZHIDDEN) VALUES "
+        "('PhotoData/CPLAssets/group7', '0A-B.JPG', 0, 1), ('PhotoData/CPLAssets/group7', 'EN-LA-NUBE.JPG', 0, 0), "
+        "('PhotoData/PhotoCloudSharingData/1/2/100CLOUD', 'X.JPG', 0, 0), "
+        "('PhotoData/PhotoCloudSharingData/1/2/100CLOUD', 'Y.JPG', 0, 0), "
+        "('PhotoData/PhotoCloudSharingData/1/2/100CLOUD', 'BORRADA.JPG', 1, 0), "
+        "('PhotoData/Sync/100SYNCD', 'IMG_1.JPG', 0, 0), ('PhotoData/Otra', 'Z.JPG', 0, 0); "
+        "INSERT INTO ZGENERICALBUM (ZKIND, ZTITLE) VALUES (1505, 'Los' || char(10) || 'abuelos')"));
+    const auto hecho = copiar();
+    QCOMPARE(hecho.codigo, 0);
+    auto esperado = dentro;
+    esperado[u"CPLAssets/group7/0A-B.JPG"_s] = "de fuera";
+    esperado[u"CPLAssets/group7/0A-B_E.JPG"_s] = "de fuera, retocada";
+    QCOMPARE(enLaCarpeta(), esperado);
+    QCOMPARE(copiar()[u"fin"_s][u"saltados"_s].toInt(), esperado.size());
+    // What stays behind is counted and named.
+    for (const auto &frase : {u"1 de tus fotos no están en el iPhone: solo las tiene iCloud"_s,
+                              u"álbumes compartidos («Los abuelos») que no se copian: 2."_s,
+                              u"un ordenador pasó a este iPhone"_s, u"de otras apps y que no se copian: 1."_s})
+        QVERIFY2(hecho.todo().contains(frase), qPrintable(hecho.todo()));
+    // Shown like the others, and told apart.
+    const auto vista = motor({u"listar-carrete"_s, udid, fotos});
+    int aparte = 0;
+    for (const auto &uno : vista.carrete) {
+        const auto foto = uno.toObject();
+        if (!foto[u"solo_se_copia"_s].toBool())
+            continue;
+        ++aparte;
+        QCOMPARE(foto[u"elemento"_s].toString(), u"CPLAssets/group7/0A-B"_s);
+        QCOMPARE(foto[u"estado"_s].toString(), u"oculta"_s);
+        QVERIFY(foto[u"copiado"_s].toBool());
+    }
+    QCOMPARE(aparte, 2);
+    const auto ruta = QString::fromUtf8(grupo + "0A-B.JPG");
+    QVERIFY(QFile::remove(fotos + u"/CPLAssets/group7/0A-B.JPG"_s));
+    QCOMPARE(motor({u"copiar-elegidas"_s, udid, lista({ruta}), fotos})[u"fin"_s][u"copiados"_s].toInt(), 1);
+    // And never deleted, by no way.
+    QVERIFY(motor({u"borrar-elegidas"_s, udid, lista({ruta})}, true).todo().contains(u"no es una foto del carrete"));
+    QCOMPARE(liberar(true)[u"fin"_s][u"borrados"_s].toInt(), dentro.size());
+    motor({u"borrar-biblioteca-fotos"_s, udid}, true);
+    motor({u"borrar-fotos-iphone"_s, udid}, true);
+    QCOMPARE(leerFichero(deFuera("0A-B.JPG")), QByteArray("de fuera"));
+    QCOMPARE(CopiaDePrueba::contenido(media + u"/PhotoData/Mutations/PhotoData"_s).size(), 1);
+}
+
+void PruebaCarrete::copiarNombresRaros()
+{
+    QVERIFY(QDir(media + u"/DCIM"_s).removeRecursively());
+    const auto dcim = media.toUtf8() + "/DCIM/100APPLE/";
+    QVERIFY(QDir().mkpath(QString::fromUtf8(dcim)));
+    const auto poner = [&](const QByteArray &nombre, const QByteArray &bytes) {
+        const vellora::Descriptor fichero(open((dcim + nombre).constData(), O_WRONLY | O_CREAT | O_EXCL, 0600));
+        return fichero && write(*fichero, bytes.constData(), static_cast<size_t>(bytes.size())) == bytes.size();
+    };
+    // Not UTF-8: two that differ in such bytes alone. Ten folders deep.
+    QVERIFY(poner("IMG_\xFF.JPG", "uno") && poner("IMG_\xFE.JPG", "dos"));
+    const auto honda = u"/DCIM/1/2/3/4/5/6/7/8/9/10/IMG_0001.JPG"_s;
+    QVERIFY(escribirFichero(media + honda, "honda"));
+    // Too large for the disk, which costs nobody else.
+    QVERIFY(poner("GRANDE.MOV", QByteArray(3'000'000, 'g')) && poner("IMG_0002.JPG", "normal"));
+    qputenv("CONFIRMADO", "NO");
+    const auto hecho = ejecutar(u"sh"_s, {u"-c"_s, u"trap '' XFSZ; ulimit -f 4000; exec \"$0\" \"$@\""_s,
+                                          QStringLiteral(MOTOR), u"copiar"_s, udid, fotos});
+    QCOMPARE(hecho.codigo, 1);
+    QVERIFY2(hecho.salida.contains("tan grandes"), hecho.salida.constData());
+    auto todo = enLaCarpeta();
+    QCOMPARE(todo.size(), 4);
+    QCOMPARE(todo.value(u"1/2/3/4/5/6/7/8/9/10/IMG_0001.JPG"_s), QByteArray("honda"));
+    QCOMPARE(todo.value(u"100APPLE/IMG_0002.JPG"_s), QByteArray("normal"));
+    QVERIFY(todo.values().contains("uno") && todo.values().contains("dos"));
+    for (const auto &nombre : todo.keys())
+        QVERIFY2(!nombre.contains(QChar::ReplacementCharacter), qPrintable(nombre));
+    // Found again under their plain names.
+    const auto otra = copiar();
+    // Qt removes no such files.
+    for (const QByteArray nombre : {"IMG_\xFF.JPG", "IMG_\xFE.JPG"})
+        QCOMPARE(unlink((dcim + nombre).constData()), 0);
+    QCOMPARE(otra[u"fin"_s][u"copiados"_s].toInt(), 1);
+    QCOMPARE(otra[u"fin"_s][u"saltados"_s].toInt(), 4);
 }
 
 void PruebaCarrete::copiarDosALaVez()
@@ -548,19 +646,28 @@ void PruebaCarrete::recuperar()
     QCOMPARE(enLaCarpeta(), todo);
     if (sinCarrete)
         return;
-    // Again: all are there. One that the owner has changed stays, one that was cut off comes whole.
+    // Again: all are there. One that the owner has changed stays, whatever its size and date; one that was cut off
+    // comes whole beside what is left of it.
     const auto nombres = todo.keys();
-    QVERIFY(escribirFichero(fotos + u'/' + nombres[0], "la de la dueña"));
-    struct stat como = {};
-    QVERIFY(stat(qPrintable(fotos + u'/' + nombres[1]), &como) == 0);
-    QVERIFY(QFile::resize(fotos + u'/' + nombres[1], 10) && ponFecha(fotos + u'/' + nombres[1], como.st_mtime));
-    const auto otra = motor({u"recuperar-carrete"_s, u"U"_s, copias.ruta(u"copias"_s), fotos});
-    QCOMPARE(otra[u"fin"_s][u"recuperadas"_s].toInt(), 2);
-    QCOMPARE(otra[u"fin"_s][u"saltadas"_s].toInt(), todo.size() - 2);
+    const auto conFechaDeAntes = [&](const QString &nombre, const QByteArray &bytes) {
+        struct stat como = {};
+        return stat(qPrintable(fotos + u'/' + nombre), &como) == 0 && escribirFichero(fotos + u'/' + nombre, bytes) &&
+               ponFecha(fotos + u'/' + nombre, como.st_mtime);
+    };
+    const QList<QByteArray> otras{"la de la dueña", QByteArray(todo[nombres[1]].size(), 'd'),
+                                  todo[nombres[2]].first(10), todo[nombres[3]] + "y algo más"};
     auto esperado = todo;
-    esperado[nombres[0]] = "la de la dueña";
-    esperado[QString(nombres[0]).insert(nombres[0].lastIndexOf(u'.'), u" (2)"_s)] = todo[nombres[0]];
-    QCOMPARE(enLaCarpeta(), esperado);
+    for (qsizetype i = 0; i < otras.size(); ++i) {
+        QVERIFY(conFechaDeAntes(nombres[i], otras[i]));
+        esperado[nombres[i]] = otras[i];
+        esperado[QString(nombres[i]).insert(nombres[i].lastIndexOf(u'.'), u" (2)"_s)] = todo[nombres[i]];
+    }
+    for (const auto nuevas : {otras.size(), qsizetype(0)}) {
+        const auto otra = motor({u"recuperar-carrete"_s, u"U"_s, copias.ruta(u"copias"_s), fotos});
+        QCOMPARE(otra[u"fin"_s][u"recuperadas"_s].toInteger(), nuevas);
+        QCOMPARE(otra[u"fin"_s][u"saltadas"_s].toInteger(), todo.size() - nuevas);
+        QCOMPARE(enLaCarpeta(), esperado);
+    }
 }
 
 QTEST_GUILESS_MAIN(PruebaCarrete)

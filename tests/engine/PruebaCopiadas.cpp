@@ -65,7 +65,17 @@ void PruebaCopiadas::sitios_data()
     QTest::newRow("the app's list") << u"/PhotoData/Photos.sqlite"_s << QByteArray();
     QTest::newRow("working name") << u"/DCIM/.vellora-parcial-1"_s << QByteArray();
     QTest::newRow("no name") << u"/DCIM/"_s << QByteArray();
-    QTest::newRow("too long") << u"/DCIM/"_s + QString(300, u'x') << QByteArray();
+    QTest::newRow("too long") << u"/DCIM/"_s + QString(300, u'x') << QByteArray(200, 'x') + "~0d4e2ca9";
+    QTest::newRow("no UTF-8") << u"/DCIM/"_s + rutaDe("a\xFF"
+                                                      "b.JPG")
+                              << QByteArray("a_b~16e5edc4.JPG");
+    QTest::newRow("no UTF-8 and a way out") << u"/DCIM/"_s + rutaDe("\xFF/../../b.JPG") << QByteArray();
+    QTest::newRow("outside of the roll") << u"/PhotoData/CPLAssets/group1/A-B.HEIC"_s
+                                         << QByteArray("CPLAssets/group1/A-B.HEIC");
+    QTest::newRow("edit outside of the roll")
+        << u"/PhotoData/Mutations/PhotoData/CPLAssets/group1/A-B/Adjustments/FullSizeRender.heic"_s
+        << QByteArray("CPLAssets/group1/A-B_E.HEIC");
+    QTest::newRow("shared album") << u"/PhotoData/PhotoCloudSharingData/1/A.JPG"_s << QByteArray();
 }
 
 void PruebaCopiadas::sitios()

@@ -17,6 +17,8 @@ namespace
 // Beyond this nothing is gained, and what is read no longer stays near the processor until it is written.
 constexpr qint64 bloque = 256LL * 1024;
 
+constexpr char16_t primerEscape = 0xDC00;
+
 using Lista = std::unique_ptr<char *, Cierra<afc_dictionary_free>>;
 
 /// An open file of the phone.
@@ -24,7 +26,7 @@ class Abierto
 {
 public:
     Abierto(afc_client_t elCliente, const QString &ruta, afc_file_mode_t modo)
-        : cliente(elCliente), error(afc_file_open(cliente, ruta.toUtf8().constData(), modo, &asa))
+        : cliente(elCliente), error(afc_file_open(cliente, bytesDeRuta(ruta).constData(), modo, &asa))
     {
     }
     ~Abierto()
@@ -93,6 +95,34 @@ bool trasladarInformes(const Telefono &telefono)
 }
 
 } // namespace
+
+QString rutaDe(QByteArrayView bytes)
+{
+    if (bytes.isValidUtf8())
+        return QString::fromUtf8(bytes);
+    QString ruta;
+    for (const char byte : bytes) {
+        const char16_t valor = static_cast<unsigned char>(byte);
+        ruta += QChar(static_cast<char16_t>(valor < 0x80 ? valor : primerEscape + valor));
+    }
+    return ruta;
+}
+
+QByteArray bytesDeRuta(const QString &ruta)
+{
+    QByteArray bytes;
+    qsizetype desde = 0;
+    for (qsizetype i = 0; i < ruta.size(); ++i) {
+        const auto letra = ruta[i].unicode();
+        if (ruta[i].isHighSurrogate())
+            ++i; // a whole pair
+        else if (letra >= primerEscape + 0x80 && letra <= primerEscape + 0xFF) {
+            bytes += QStringView(ruta).sliced(desde, i - desde).toUtf8() + static_cast<char>(letra - primerEscape);
+            desde = i + 1;
+        }
+    }
+    return bytes + QStringView(ruta).sliced(desde).toUtf8();
+}
 
 Resultado<Afc> Afc::abrir(const Telefono &telefono, const char *servicio)
 {
@@ -171,7 +201,7 @@ afc_error_t Afc::confirmar()
 Resultado<QStringList> Afc::listar(const QString &carpeta)
 {
     char **bruta = nullptr;
-    auto error = afc_read_directory(cliente.get(), carpeta.toUtf8().constData(), &bruta);
+    auto error = afc_read_directory(cliente.get(), bytesDeRuta(carpeta).constData(), &bruta);
     const Lista lista(bruta);
     if (error == AFC_E_SUCCESS)
         error = confirmar();
@@ -180,7 +210,7 @@ Resultado<QStringList> Afc::listar(const QString &carpeta)
     QStringList nombres;
     for (auto *nombre = bruta; nombre != nullptr && *nombre != nullptr; ++nombre) {
         if (qstrcmp(*nombre, ".") != 0 && qstrcmp(*nombre, "..") != 0)
-            nombres << QString::fromUtf8(*nombre);
+            nombres << rutaDe(*nombre);
     }
     return nombres;
 }
@@ -188,7 +218,7 @@ Resultado<QStringList> Afc::listar(const QString &carpeta)
 Resultado<FichaAfc> Afc::ficha(const QString &ruta)
 {
     char **bruta = nullptr;
-    const auto error = afc_get_file_info(cliente.get(), ruta.toUtf8().constData(), &bruta);
+    const auto error = afc_get_file_info(cliente.get(), bytesDeRuta(ruta).constData(), &bruta);
     const Lista lista(bruta);
     if (error != AFC_E_SUCCESS)
         return Resultado<FichaAfc>::fallo(motivoDe(error, ruta));
@@ -255,22 +285,22 @@ Resultado<qint64> Afc::escribir(const QString &ruta, const std::function<QByteAr
 
 std::optional<QString> Afc::crearCarpeta(const QString &ruta)
 {
-    return hecho(afc_make_directory(cliente.get(), ruta.toUtf8().constData()), ruta);
+    return hecho(afc_make_directory(cliente.get(), bytesDeRuta(ruta).constData()), ruta);
 }
 
 std::optional<QString> Afc::renombrar(const QString &desde, const QString &a)
 {
-    return hecho(afc_rename_path(cliente.get(), desde.toUtf8().constData(), a.toUtf8().constData()), desde);
+    return hecho(afc_rename_path(cliente.get(), bytesDeRuta(desde).constData(), bytesDeRuta(a).constData()), desde);
 }
 
 std::optional<QString> Afc::borrar(const QString &ruta)
 {
-    return hecho(afc_remove_path(cliente.get(), ruta.toUtf8().constData()), ruta);
+    return hecho(afc_remove_path(cliente.get(), bytesDeRuta(ruta).constData()), ruta);
 }
 
 std::optional<QString> Afc::borrarConLoDeDentro(const QString &ruta)
 {
-    return hecho(afc_remove_path_and_contents(cliente.get(), ruta.toUtf8().constData()), ruta);
+    return hecho(afc_remove_path_and_contents(cliente.get(), bytesDeRuta(ruta).constData()), ruta);
 }
 
 } // namespace vellora::motor

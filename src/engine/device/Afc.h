@@ -36,6 +36,11 @@ struct FichaAfc {
     }
 };
 
+/// A path of the phone. Bytes that are no UTF-8 stand in it as lone surrogates (U+DC80 to U+DCFF), so that the phone is
+/// asked for the very name that it gave.
+QString rutaDe(QByteArrayView bytes);
+QByteArray bytesDeRuta(const QString &ruta);
+
 /// Files of the phone, over its file service (AFC): those of the camera roll, of an app, or the crash reports. Paths
 /// begin with "/" and are the phone's; what it answers may be any name, a hostile one too. One thread.
 class Afc

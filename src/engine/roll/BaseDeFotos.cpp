@@ -2,6 +2,7 @@
 
 #include "core/BaseDeDatos.h"
 #include "core/CarpetaDeTrabajo.h"
+#include "engine/roll/NombresDelCarrete.h"
 
 #include <QFile>
 
@@ -16,8 +17,11 @@ namespace
 {
 
 constexpr std::array consultas{
-    "SELECT ZDIRECTORY, ZFILENAME, ZTRASHEDSTATE, ZHIDDEN FROM ZASSET WHERE ZDIRECTORY LIKE 'DCIM/%'",
-    "SELECT ZDIRECTORY, ZFILENAME, ZTRASHEDSTATE, ZHIDDEN FROM ZGENERICASSET WHERE ZDIRECTORY LIKE 'DCIM/%'"};
+    "SELECT ZDIRECTORY, ZFILENAME, ZTRASHEDSTATE, ZHIDDEN FROM ZASSET WHERE ZDIRECTORY > ''",
+    "SELECT ZDIRECTORY, ZFILENAME, ZTRASHEDSTATE, ZHIDDEN FROM ZGENERICASSET WHERE ZDIRECTORY > ''"};
+// Kind 1505 is an album that somebody shares.
+constexpr auto consultaDeAlbumes = "SELECT ZTITLE FROM ZGENERICALBUM WHERE ZKIND = 1505 AND ZTITLE > ''";
+constexpr qsizetype bastantesAlbumes = 5;
 
 const auto nombreDeLaBase = u"/PhotoData/Photos.sqlite"_s;
 constexpr std::array colas{"", "-wal", "-shm"};
@@ -57,9 +61,25 @@ EstadoDeFoto estadoDe(const Fila &fila)
     return fila.entero(oculta) != 0 ? EstadoDeFoto::Oculta : EstadoDeFoto::Visible;
 }
 
+void apuntar(ListaDeFotos &lista, const Fila &fila)
+{
+    const auto carpeta = fila.texto(0);
+    const auto estado = estadoDe(fila);
+    const qint64 una = estado == EstadoDeFoto::Papelera ? 0 : 1;
+    if (carpeta.startsWith("PhotoData/PhotoCloudSharingData"_L1)) {
+        lista.compartidas += una;
+    } else if (carpeta.startsWith("PhotoData/Sync"_L1)) {
+        lista.sincronizadas += una;
+    } else if (const auto sitio = sitioLocal(u'/' + carpeta + u'/' + fila.texto(1)); sitio) {
+        (carpeta.startsWith("DCIM"_L1) ? lista.delCarrete : lista.deFuera)[sitio->toStdString()] = estado;
+    } else {
+        lista.deOtrosSitios += una;
+    }
+}
+
 } // namespace
 
-std::optional<BaseDeFotos> leerBaseDeFotos(Afc &afc)
+std::optional<ListaDeFotos> leerListaDeFotos(Afc &afc)
 {
     const auto carpeta = CarpetaDeTrabajo::nueva();
     if (!carpeta)
@@ -69,16 +89,27 @@ std::optional<BaseDeFotos> leerBaseDeFotos(Afc &afc)
         return {};
     const auto base = BaseDeDatos::abrirCopia(copia);
     for (const auto *consulta : consultas) {
-        BaseDeFotos fotos;
-        const auto apuntar = [&fotos](const Fila &fila) {
-            const auto carpetaEnElCarrete = fila.texto(0).sliced(qstrlen("DCIM/"));
-            fotos[(carpetaEnElCarrete + u'/' + fila.texto(1)).toStdString()] = estadoDe(fila);
+        ListaDeFotos lista;
+        const auto unaMas = [&lista](const Fila &fila) {
+            apuntar(lista, fila);
             return true;
         };
-        if (base && base->porCadaFila(consulta, apuntar))
-            return fotos;
+        if (!base || !base->porCadaFila(consulta, unaMas))
+            continue;
+        // Without their names they are counted all the same.
+        base->porCadaFila(consultaDeAlbumes, [&lista](const Fila &fila) {
+            lista.albumesCompartidos << fila.texto(0).simplified();
+            return lista.albumesCompartidos.size() < bastantesAlbumes;
+        });
+        return lista;
     }
     return {};
+}
+
+std::optional<BaseDeFotos> leerBaseDeFotos(Afc &afc)
+{
+    auto lista = leerListaDeFotos(afc);
+    return lista ? std::optional(std::move(lista->delCarrete)) : std::nullopt;
 }
 
 bool borrarBaseDeFotos(Afc &afc)

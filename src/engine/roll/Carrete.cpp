@@ -1,9 +1,6 @@
 #include "engine/roll/Carrete.h"
 
-#include "core/CarpetaDeDestino.h"
 #include "engine/Interrupcion.h"
-
-#include <QRegularExpression>
 
 #include <algorithm>
 #include <atomic>
@@ -21,33 +18,8 @@ namespace
 
 // What a connection asks for before it looks for more to do.
 constexpr size_t deUnaVez = 64;
-// A folder, its photo and what hangs from it: the roll is not deeper.
-constexpr int masHondo = 8;
-
-const auto principioDelCarrete = u"/DCIM/"_s;
-const auto principioDeRetoques = u"/PhotoData/Mutations/DCIM/"_s;
-
-/// "IMG_0001" and an edit of it: "IMG_E0001".
-QString nombreDeRetoque(const QString &original)
-{
-    static const QRegularExpression conPrefijo(u"^([A-Z]{3}_)(\\d.*)$"_s);
-    const auto partes = conPrefijo.match(original);
-    return partes.hasMatch() ? partes.captured(1) + u'E' + partes.captured(2) : original + u"_E"_s;
-}
-
-/// Of "100APPLE/IMG_0001/Adjustments/FullSizeRender.heic".
-std::optional<QString> sitioDeRetoque(const QString &relativa)
-{
-    const auto partes = relativa.split(u'/');
-    if (partes.size() != 4 || partes[2] != "Adjustments"_L1)
-        return {};
-    if (partes[3] == "Adjustments.plist"_L1)
-        return partes[0] + u'/' + partes[1] + u".AAE"_s;
-    const auto punto = partes[3].lastIndexOf(u'.');
-    if (punto < 0 || QStringView(partes[3]).first(punto) != u"FullSizeRender")
-        return {};
-    return partes[0] + u'/' + nombreDeRetoque(partes[1]) + partes[3].sliced(punto).toUpper();
-}
+// The roll is four deep; what goes on for ever has to end somewhere.
+constexpr int masHondo = 64;
 
 bool estaEscondido(const QString &nombre)
 {
@@ -78,6 +50,8 @@ public:
                 return perdida;
             pendientes = hondas;
         }
+        if (!pendientes.isEmpty())
+            problemas << u"No he mirado dentro de %1: está a demasiadas carpetas de hondo."_s.arg(pendientes.front());
         return {};
     }
 
@@ -161,56 +135,30 @@ Resultado<std::vector<std::pair<QString, FichaAfc>>> recorrer(Conexiones &conexi
     return std::move(recorrido.ficheros);
 }
 
-std::optional<QByteArray> sitioLocal(const QString &ruta)
-{
-    std::optional<QString> relativa;
-    if (ruta.startsWith(principioDelCarrete))
-        relativa = ruta.sliced(principioDelCarrete.size());
-    else if (ruta.startsWith(principioDeRetoques))
-        relativa = sitioDeRetoque(ruta.sliced(principioDeRetoques.size()));
-    if (!relativa)
-        return {};
-    auto bytes = relativa->toUtf8();
-    return CarpetaDeDestino::esSegura(bytes) ? std::optional(std::move(bytes)) : std::nullopt;
-}
-
 Resultado<Carrete> leerCarrete(Conexiones &conexiones)
 {
     Carrete carrete;
-    auto hallados =
-        recorrer(conexiones, {QString::fromLatin1(carpetaDelCarrete), QString::fromLatin1(carpetaDeRetoques)},
-                 carrete.problemas);
+    QStringList carpetas;
+    for (const auto *carpeta : {carpetaDelCarrete, carpetaDeRetoques, carpetaDeFuera, carpetaDeRetoquesDeFuera})
+        carpetas << QString::fromLatin1(carpeta);
+    auto hallados = recorrer(conexiones, carpetas, carrete.problemas);
     if (!hallados)
         return Resultado<Carrete>::fallo(hallados.motivo());
     carrete.ficheros.reserve(hallados->size());
     for (auto &[ruta, ficha] : *hallados) {
+        auto &suyos = seGuardaFuera(ruta) ? carrete.aparte : carrete.ficheros;
         if (auto relativa = sitioLocal(ruta))
-            carrete.ficheros.push_back({std::move(ruta), *std::move(relativa), ficha});
-        else if (ruta.startsWith(principioDelCarrete))
+            suyos.push_back({std::move(ruta), *std::move(relativa), ficha});
+        else if (ruta.startsWith(QString::fromLatin1(carpetaDelCarrete)) ||
+                 ruta.startsWith(QString::fromLatin1(carpetaDeFuera)))
             carrete.problemas << u"Su nombre no es de fiar: "_s + ruta;
     }
-    std::sort(carrete.ficheros.begin(), carrete.ficheros.end(),
-              [](const auto &a, const auto &b) { return std::tie(a.relativa, a.ruta) < std::tie(b.relativa, b.ruta); });
+    const auto porSitio = [](const auto &a, const auto &b) {
+        return std::tie(a.relativa, a.ruta) < std::tie(b.relativa, b.ruta);
+    };
+    std::sort(carrete.ficheros.begin(), carrete.ficheros.end(), porSitio);
+    std::sort(carrete.aparte.begin(), carrete.aparte.end(), porSitio);
     return carrete;
-}
-
-QByteArray otroNombre(const QByteArray &relativa, int vez)
-{
-    if (vez == 1)
-        return relativa;
-    const auto punto = relativa.lastIndexOf('.');
-    const auto corte = punto > relativa.lastIndexOf('/') + 1 ? punto : relativa.size();
-    return relativa.first(corte) + " (" + QByteArray::number(vez) + ')' + relativa.sliced(corte);
-}
-
-QByteArray elementoDe(QByteArrayView relativa)
-{
-    static const QRegularExpression retoque(u"^([A-Z]{3}_)[EO](\\d.*)$"_s);
-    const auto barra = relativa.lastIndexOf('/');
-    auto nombre = QString::fromUtf8(relativa.sliced(barra + 1));
-    nombre.truncate(nombre.lastIndexOf(u'.') < 0 ? nombre.size() : nombre.lastIndexOf(u'.'));
-    nombre.replace(retoque, u"\\1\\2"_s);
-    return relativa.first(barra + 1).toByteArray() + nombre.toUtf8();
 }
 
 qint64 contarElementos(const Carrete &carrete)
@@ -221,14 +169,6 @@ qint64 contarElementos(const Carrete &carrete)
             elementos.insert(elementoDe(fichero.relativa).toStdString());
     }
     return static_cast<qint64>(elementos.size());
-}
-
-TipoDeFichero tipoDe(QByteArrayView relativa)
-{
-    const auto fin = relativa.sliced(relativa.lastIndexOf('.') + 1).toByteArray().toUpper();
-    if (fin == "AAE")
-        return TipoDeFichero::Ajustes;
-    return fin == "MOV" || fin == "MP4" || fin == "M4V" || fin == "3GP" ? TipoDeFichero::Video : TipoDeFichero::Foto;
 }
 
 } // namespace vellora::motor

@@ -1,12 +1,8 @@
 #include "engine/roll/Colocacion.h"
 
-#include "engine/roll/Carrete.h"
 #include "engine/roll/FicheroLocal.h"
+#include "engine/roll/NombresDelCarrete.h"
 
-#include <QCryptographicHash>
-#include <QString>
-
-#include <algorithm>
 #include <cerrno>
 
 namespace vellora::motor
@@ -16,7 +12,6 @@ namespace
 {
 
 constexpr int mismosNombres = 1000;
-constexpr qsizetype largoLlano = 200;
 
 bool losHayIguales(const CarpetaDeDestino &carpeta, int numero, Colocado &colocado, const QByteArray &nombre,
                    const Descriptor &suyo, const Descriptor &entero)
@@ -50,36 +45,7 @@ bool colocarCon(CarpetaDeDestino &carpeta, int numero, const QByteArray &relativ
     return true;
 }
 
-QByteArray parteLlana(const QByteArray &parte)
-{
-    if (parte.isEmpty() || parte == "." || parte == "..")
-        return parte;
-    auto texto = QString::fromUtf8(parte);
-    for (auto &letra : texto) {
-        if (letra < u' ' || letra == QChar::ReplacementCharacter || QStringView(u"<>:\"|?*\\\x7f").contains(letra))
-            letra = u'_';
-    }
-    while (texto.endsWith(u'.') || texto.endsWith(u' '))
-        texto.chop(1);
-    const auto punto = texto.lastIndexOf(u'.');
-    auto fin = punto > 0 && texto.size() - punto <= 8 ? texto.sliced(punto) : QString();
-    auto tronco = texto.chopped(fin.size());
-    while (tronco.toUtf8().size() > largoLlano)
-        tronco.chop(tronco.back().isLowSurrogate() ? 2 : 1);
-    if (const auto llana = (tronco + fin).toUtf8(); llana == parte)
-        return parte;
-    const auto suma = QCryptographicHash::hash(parte, QCryptographicHash::Sha256).toHex().first(8);
-    return tronco.toUtf8() + '~' + suma + fin.toUtf8();
-}
-
 } // namespace
-
-QByteArray nombreLlano(const QByteArray &relativa)
-{
-    auto partes = relativa.split('/');
-    std::transform(partes.begin(), partes.end(), partes.begin(), parteLlana);
-    return partes.join('/');
-}
 
 Colocado colocarPorContenido(CarpetaDeDestino &carpeta, int numero, const QByteArray &relativa,
                              const QByteArrayList &candidatas)

@@ -28,8 +28,4 @@ struct Colocado {
 Colocado colocarPorContenido(CarpetaDeDestino &carpeta, int numero, const QByteArray &relativa,
                              const QByteArrayList &candidatas = {});
 
-/// A plainer name for each part of a path that a disk may not take: bytes that are no UTF-8, signs that other systems
-/// forbid and length, told apart by a few letters of the digest of what stood there. Other names stay as they are.
-QByteArray nombreLlano(const QByteArray &relativa);
-
 } // namespace vellora::motor

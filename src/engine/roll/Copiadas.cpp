@@ -38,6 +38,13 @@ QByteArray nombreDe(const QByteArray &relativa)
     return relativa.sliced(relativa.lastIndexOf('/') + 1);
 }
 
+/// What a note is of: the place in the roll, and for what stands elsewhere in the phone its path there, since an edit
+/// may come to the place of another file.
+QByteArray claveDe(const FicheroDelCarrete &fichero)
+{
+    return fichero.ruta.startsWith("/DCIM/"_L1) ? fichero.relativa : bytesDeRuta(fichero.ruta);
+}
+
 /// Names with what parts a line are not noted: their content is looked at each time.
 bool cabeEnUnaLinea(const QByteArray &relativa)
 {
@@ -137,7 +144,7 @@ void Copiadas::leerNota(const QList<QByteArray> &partes)
 
 const Copiadas::Nota *Copiadas::nota(const FicheroDelCarrete &fichero) const
 {
-    const auto hallada = anotadas.constFind(fichero.relativa);
+    const auto hallada = anotadas.constFind(claveDe(fichero));
     if (hallada == anotadas.cend() || hallada->ficha.tamano != fichero.ficha.tamano ||
         hallada->ficha.modificado.toMSecsSinceEpoch() != fichero.ficha.modificado.toMSecsSinceEpoch())
         return nullptr;
@@ -217,7 +224,7 @@ std::optional<QByteArray> Copiadas::huellaDeSuCopia(const FicheroDelCarrete &fic
 bool Copiadas::anotar(const FicheroDelCarrete &fichero, const QByteArray &relativa, const QByteArray &huella,
                       const struct stat &copia)
 {
-    return escribirNota(fichero.relativa, {huella, relativa, fichero.ficha, QDateTime::currentMSecsSinceEpoch(),
+    return escribirNota(claveDe(fichero), {huella, relativa, fichero.ficha, QDateTime::currentMSecsSinceEpoch(),
                                            nanosegundos(copia.st_ctim)});
 }
 
@@ -229,12 +236,12 @@ bool Copiadas::anotarSitio(const FicheroDelCarrete &fichero, const QByteArray &r
     auto nueva = *suya;
     nueva.relativa = relativa;
     nueva.cambio = nanosegundos(copia.st_ctim);
-    return escribirNota(fichero.relativa, nueva);
+    return escribirNota(claveDe(fichero), nueva);
 }
 
 bool Copiadas::desmentir(const FicheroDelCarrete &fichero)
 {
-    return escribirNota(fichero.relativa, {QByteArray(Huella::largo, '\0'), {}, fichero.ficha, 0, 0});
+    return escribirNota(claveDe(fichero), {QByteArray(Huella::largo, '\0'), {}, fichero.ficha, 0, 0});
 }
 
 bool Copiadas::escribirNota(const QByteArray &enElCarrete, const Nota &nota)

@@ -19,7 +19,8 @@ namespace vellora::motor
 
 /// What of the roll already stands in a folder of the computer, wherever the owner has moved it to inside that folder.
 /// Beside the photos, `.vellora-huellas-UDID` keeps what was true of each file when it was copied: a line each of
-/// SHA-256 in hexadecimal, size, modification in milliseconds, place in the roll and place in the folder; then the
+/// SHA-256 in hexadecimal, size, modification in milliseconds, place in the roll (or path in the phone, of what
+/// is not in it) and place in the folder; then the
 /// moment of the copy in milliseconds since 1970, the phone's modification and birth in nanoseconds, its blocks and
 /// links, and the copy's own last change (ctime) in nanoseconds; parted by tabs. Lines of former versions end after the
 /// fifth. A line without a place in the folder takes back those before it. The file is only ever added to; of two lines

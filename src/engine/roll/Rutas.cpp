@@ -28,7 +28,7 @@ int conElCarrete(const QString &udid, Avisos &avisar, const std::function<int(Co
     });
 }
 
-Resultado<QStringList> leerRutas(const QString &fichero)
+Resultado<QStringList> leerRutas(const QString &fichero, RutasAdmitidas cuales)
 {
     QFile lista(fichero);
     if (!lista.open(QIODevice::ReadOnly))
@@ -41,7 +41,7 @@ Resultado<QStringList> leerRutas(const QString &fichero)
         if (linea.isEmpty())
             continue;
         const auto ruta = QString::fromUtf8(linea);
-        if (!sitioLocal(ruta))
+        if (!sitioLocal(ruta) || (cuales == RutasAdmitidas::LasQueSeBorran && seGuardaFuera(ruta)))
             return Resultado<QStringList>::fallo(u"Eso no es una foto del carrete: "_s + ruta);
         rutas << ruta;
     }

@@ -15,9 +15,10 @@ int conElTelefono(const QString &udid, Avisos &avisar, const std::function<int(C
 /// The same with the roll at hand, what the phone refused to show of it told in the log.
 int conElCarrete(const QString &udid, Avisos &avisar, const std::function<int(Conexiones &, const Carrete &)> &hacer);
 
-/// The paths of the phone in a text file, a line each. Only those of files of the roll are taken; fails when the file
-/// cannot be read or there is another one among them.
-Resultado<QStringList> leerRutas(const QString &fichero);
+enum class RutasAdmitidas { LasQueSeBorran, LasQueSeCopian };
+/// The paths of the phone in a text file, a line each. Only those of files of the roll are taken, and for a copy those
+/// that the phone keeps outside of it; fails when the file cannot be read or there is another one among them.
+Resultado<QStringList> leerRutas(const QString &fichero, RutasAdmitidas cuales = RutasAdmitidas::LasQueSeBorran);
 
 struct RutasBuscadas {
     std::vector<FicheroDelCarrete> ficheros;           ///< in the order asked for
