@@ -1,9 +1,11 @@
+#include "core/CerrojoDeCarpeta.h"
 #include "engine/DeLaCopia.h"
 #include "engine/Ordenes.h"
-#include "engine/roll/Carrete.h"
+#include "engine/device/Afc.h"
+#include "engine/roll/Colocacion.h"
+#include "engine/roll/NombresDelCarrete.h"
 
 #include <QFile>
-#include <QSet>
 
 #include <sys/stat.h>
 
@@ -15,61 +17,50 @@ namespace vellora::motor
 namespace
 {
 
-constexpr int mismosNombres = 1000;
-
-/// Decides where each photo of the backup goes under a folder, in one reading of its list.
-class Destinos
+/// Where a file of the backup goes under a folder; absent for what is no photo.
+std::optional<QByteArray> sitioDe(const CopiaAbierta::Entrada &entrada)
 {
-public:
-    explicit Destinos(QString laCarpeta) : carpeta(std::move(laCarpeta)) {}
-
-    /// Absent for what is no photo, and for one that is there already.
-    std::optional<QByteArray> sitio(const CopiaAbierta::Entrada &entrada)
-    {
-        constexpr QByteArrayView media("Media/");
-        if (entrada.dominio != "CameraRollDomain" || !entrada.ruta.startsWith(media))
-            return {};
-        auto suyo = sitioLocal(QString::fromUtf8(entrada.ruta.sliced(media.size() - 1)));
-        const auto datos = suyo ? leerDatosDeFichero(entrada.archivo) : std::nullopt;
-        if (!suyo || !datos)
-            return suyo;
-        for (int vez = 1; vez <= mismosNombres; ++vez) {
-            const auto nombre = otroNombre(*suyo, vez);
-            if (dados.contains(nombre))
-                continue;
-            struct stat como = {};
-            if (lstat(QFile::encodeName(carpeta + u'/' + QString::fromUtf8(nombre)).constData(), &como) != 0)
-                return dar(nombre);
-            const bool esDeEntonces = como.st_mtime == datos->modificado;
-            if (como.st_size == datos->tamano && (esDeEntonces || tipoDe(nombre) != TipoDeFichero::Ajustes)) {
-                ++yaEstan;
-                return {};
-            }
-            // Of the same moment and another length: what an earlier run could not read whole.
-            if (esDeEntonces)
-                return dar(nombre);
-        }
+    constexpr QByteArrayView media("Media/");
+    if (entrada.dominio != "CameraRollDomain" || !entrada.ruta.startsWith(media))
         return {};
+    return sitioLocal(rutaDe(entrada.ruta.sliced(media.size() - 1)));
+}
+
+/// Whether nothing of its name and length is there, so that it will want room. What is there may be another photo: that
+/// is found out when it is taken out.
+bool quiereSitio(const CopiaAbierta::Entrada &entrada, const QByteArray &sitio, const QString &carpeta)
+{
+    struct stat como = {};
+    const auto datos = leerDatosDeFichero(entrada.archivo);
+    return !datos || lstat(QFile::encodeName(carpeta + u'/' + QString::fromUtf8(sitio)).constData(), &como) != 0 ||
+           como.st_size != datos->tamano;
+}
+
+/// Never over another file, and never taken for one that is there but by its bytes.
+Sacador::Colocado sinPisarNada(CarpetaDeDestino &carpeta, int numero, const QByteArray &relativa)
+{
+    switch (colocarPorContenido(carpeta, numero, relativa).fin) {
+    case Colocado::Fin::Suyo:
+        return Sacador::Colocado::Nuevo;
+    case Colocado::Fin::YaEstaba:
+        return Sacador::Colocado::YaEstaba;
+    default:
+        carpeta.desechar(numero);
+        return Sacador::Colocado::Negado;
     }
-
-    qint64 yaEstan = 0;
-
-private:
-    QByteArray dar(const QByteArray &nombre)
-    {
-        dados << nombre;
-        return nombre;
-    }
-
-    QString carpeta;
-    QSet<QByteArray> dados;
-};
+}
 
 } // namespace
 
 int recuperarCarrete(const QStringList &argumentos, Avisos &avisar)
 {
     const auto &destino = argumentos[2];
+    const auto cerrojo = CerrojoDeCarpeta::tomar(destino);
+    if (const auto motivo = cerrojo.impedimento())
+        return avisar.error(*motivo);
+    if (const auto aviso = cerrojo.aviso())
+        avisar.linea(*aviso);
+    CarpetaDeDestino::limpiar(destino);
     const auto deTrabajo = CarpetaDeDestino::abrir(destino);
     if (!deTrabajo)
         return avisar.error(deTrabajo.motivo());
@@ -77,25 +68,26 @@ int recuperarCarrete(const QStringList &argumentos, Avisos &avisar)
     if (!copia)
         return avisar.error(copia.motivo());
 
-    Destinos alPlanear(destino);
-    const auto plan =
-        Sacador(*copia, [&](const CopiaAbierta::Entrada &entrada) { return alPlanear.sitio(entrada); }).planear();
-    const auto saltadas = alPlanear.yaEstan;
-    if (const auto falta = faltaDeSitio(plan.bytes, *deTrabajo))
+    const Sacador sacador(*copia, sitioDe, sinPisarNada);
+    const auto loNuevo = [&](const CopiaAbierta::Entrada &entrada) {
+        auto sitio = sitioDe(entrada);
+        return sitio && quiereSitio(entrada, *sitio, destino) ? sitio : std::nullopt;
+    };
+    if (const auto falta = faltaDeSitio(Sacador(*copia, loNuevo).planear().bytes, *deTrabajo))
         return avisar.error(*falta);
-    avisar.total(plan.ficheros + saltadas);
+    avisar.total(sacador.planear().ficheros);
 
     const auto avance = [&](const Cuenta &cuenta) {
-        avisar.progreso(saltadas + cuenta.hechos(), {{u"copiados"_s, cuenta.copiados}, {u"bytes"_s, cuenta.bytes}});
+        avisar.progreso(cuenta.hechos(), {{u"copiados"_s, cuenta.copiados}, {u"bytes"_s, cuenta.bytes}});
     };
-    Destinos alSacar(destino);
-    const Sacador sacador(*copia, [&](const CopiaAbierta::Entrada &entrada) { return alSacar.sitio(entrada); });
     Cuenta cuenta;
     if (const auto estado = sacarDeLaCopia(sacador, destino, avance, avisar, cuenta); estado != 0)
         return estado;
-    CarpetaDeDestino::limpiar(destino);
+    if (!deTrabajo->asentar())
+        return avisar.error(u"El disco no ha podido guardar todas las fotos. Mira que siga conectado y que tenga "
+                            "sitio."_s);
     avisar.avisar(u"fin"_s,
-                  {{u"recuperadas"_s, cuenta.copiados}, {u"saltadas"_s, saltadas}, {u"bytes"_s, cuenta.bytes}});
+                  {{u"recuperadas"_s, cuenta.copiados}, {u"saltadas"_s, cuenta.yaEstaban}, {u"bytes"_s, cuenta.bytes}});
     return cuenta.fallidos + cuenta.cortados == 0 ? 0 : 1;
 }
 

@@ -90,9 +90,11 @@ private:
 class Tanda
 {
 public:
-    Tanda(const CopiaAbierta &laCopia, const QString &elDestino, const Sacador::Queja &laQueja)
+    Tanda(const CopiaAbierta &laCopia, const QString &elDestino, const Sacador::Colocar &comoSeColoca,
+          const Sacador::Queja &laQueja)
         : copia(laCopia)
         , destino(elDestino)
+        , colocar(comoSeColoca)
         , queja(laQueja)
         , deLaCopia(open(QFile::encodeName(laCopia.carpeta()).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
     {
@@ -182,16 +184,21 @@ private:
         const std::array<timespec, 2> horas{timespec{0, UTIME_OMIT}, timespec{datos->modificado, 0}};
         if (datos->modificado > 0)
             futimens(*escrito, horas.data());
-        if (!carpeta.colocar(numero, encargo.relativa))
+        const auto colocado = colocar(carpeta, numero, encargo.relativa);
+        if (colocado == Sacador::Colocado::Negado)
             return fallar(encargo.relativa, u"no se le puede dar su nombre en el destino"_s);
-        contar(encargo, fin, lseek(*escrito, 0, SEEK_END));
+        contar(encargo, fin, colocado, lseek(*escrito, 0, SEEK_END));
     }
 
-    void contar(const Encargo &encargo, FinDeFichero fin, qint64 bytes)
+    void contar(const Encargo &encargo, FinDeFichero fin, Sacador::Colocado colocado, qint64 bytes)
     {
         const std::lock_guard cerrojo(mutex);
-        ++llevada.copiados;
-        llevada.bytes += bytes;
+        if (colocado == Sacador::Colocado::YaEstaba) {
+            ++llevada.yaEstaban;
+        } else {
+            ++llevada.copiados;
+            llevada.bytes += bytes;
+        }
         if (fin == FinDeFichero::Cortado) {
             ++llevada.cortados;
             queja(encargo.relativa, u"la copia solo tiene su principio"_s);
@@ -199,6 +206,7 @@ private:
     }
     const CopiaAbierta &copia;
     const QString &destino;
+    const Sacador::Colocar &colocar;
     const Sacador::Queja &queja;
     const Descriptor deLaCopia;
     std::mutex mutex;
@@ -209,6 +217,11 @@ private:
 };
 
 } // namespace
+
+Sacador::Colocado Sacador::enSuSitio(CarpetaDeDestino &carpeta, int numero, const QByteArray &relativa)
+{
+    return carpeta.colocar(numero, relativa) ? Colocado::Nuevo : Colocado::Negado;
+}
 
 Plan Sacador::planear() const
 {
@@ -227,7 +240,7 @@ Plan Sacador::planear() const
 std::optional<QString> Sacador::sacar(const QString &destino, const Avance &avance, const Queja &queja,
                                       Cuenta &cuenta) const
 {
-    Tanda tanda(copia, destino, queja);
+    Tanda tanda(copia, destino, colocar, queja);
     std::vector<std::thread> trabajadores;
     for (int numero = 1; numero <= hilos; ++numero)
         trabajadores.emplace_back([&tanda, numero] { tanda.trabajar(numero); });

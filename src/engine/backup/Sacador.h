@@ -16,10 +16,11 @@ namespace vellora::motor
 /// short (`cortados`) among them.
 struct Cuenta {
     qint64 copiados = 0;
+    qint64 yaEstaban = 0; ///< found there with the same bytes
     qint64 cortados = 0;
     qint64 fallidos = 0;
     qint64 bytes = 0;
-    qint64 hechos() const { return copiados + fallidos; }
+    qint64 hechos() const { return copiados + yaEstaban + fallidos; }
 };
 
 /// What there is to take out before it is begun.
@@ -40,7 +41,17 @@ public:
     /// A file that could not be taken out whole, and why. Called from the working threads, one at a time.
     using Queja = std::function<void(const QByteArray &ruta, const QString &motivo)>;
 
-    Sacador(const CopiaAbierta &laCopia, Sitio elSitio) : copia(laCopia), sitio(std::move(elSitio)) {}
+    enum class Colocado { Nuevo, YaEstaba, Negado };
+    /// Gives a working file its name in the destination. Called from the working threads, several at a time, each with
+    /// its own folder.
+    using Colocar = std::function<Colocado(CarpetaDeDestino &, int numero, const QByteArray &relativa)>;
+    /// Replaces a file of that name.
+    static Colocado enSuSitio(CarpetaDeDestino &carpeta, int numero, const QByteArray &relativa);
+
+    Sacador(const CopiaAbierta &laCopia, Sitio elSitio, Colocar comoSeColoca = enSuSitio)
+        : copia(laCopia), sitio(std::move(elSitio)), colocar(std::move(comoSeColoca))
+    {
+    }
 
     Plan planear() const;
     /// Absent motive: the run went to the end of the list, or to where the list can be read. Otherwise the sentence
@@ -51,6 +62,7 @@ public:
 private:
     const CopiaAbierta &copia;
     Sitio sitio;
+    Colocar colocar;
 };
 
 } // namespace vellora::motor
