@@ -39,6 +39,13 @@ bool esBase(const QByteArray &nombre, const char *base)
     return false;
 }
 
+/// The reminders' own databases, one for each account, each with a name of its own.
+bool esDeRecordatorios(const QByteArray &ruta, const QByteArray &nombre)
+{
+    return ruta.contains("Container_v1/Stores/") && nombre.startsWith("Data-") &&
+           (nombre.endsWith(".sqlite") || nombre.endsWith(".sqlite-wal") || nombre.endsWith(".sqlite-shm"));
+}
+
 /// Where the extractors look for a file of the phone; absent for what none of them reads.
 std::optional<QByteArray> sitioDe(const CopiaAbierta::Entrada &entrada)
 {
@@ -53,12 +60,14 @@ std::optional<QByteArray> sitioDe(const CopiaAbierta::Entrada &entrada)
     }
     if (dominio == dominioDeNotasDeVoz && ruta.startsWith("Recordings/"))
         return "Grabadora/" + ruta.sliced(qstrlen("Recordings/"));
-    const bool esAudio = (dominio == "MediaDomain" && ruta.startsWith("Recordings/")) ||
-                         (dominio == "HomeDomain" && ruta.startsWith("Library/Voicemail/") && nombre.endsWith(".amr"));
+    const bool esAudio =
+        (dominio == "MediaDomain" && (ruta.startsWith("Media/Recordings/") || ruta.startsWith("Recordings/"))) ||
+        (dominio == "HomeDomain" && ruta.startsWith("Library/Voicemail/") && nombre.endsWith(".amr"));
     const auto esSuya = [&](const char *base) {
         return esBase(nombre, base);
     };
-    if (esAudio || (esDeApple(dominio) && std::any_of(bases.begin(), bases.end(), esSuya)))
+    if (esAudio ||
+        (esDeApple(dominio) && (esDeRecordatorios(ruta, nombre) || std::any_of(bases.begin(), bases.end(), esSuya))))
         return dominio + '/' + ruta;
     return {};
 }

@@ -3,6 +3,7 @@
 #include "core/EscritorDeTexto.h"
 #include "core/Formato.h"
 #include "extraction/Extraccion.h"
+#include "extraction/Renglones.h"
 
 #include <QCollator>
 #include <QFileInfo>
@@ -83,22 +84,19 @@ bool escribirEn(const QString &fichero, const QString &cabecera, const QList<Con
 
 std::optional<QString> contactos(const QString &desde, const QString &a)
 {
-    const Tabla tabla{libreta,
-                      u"Contactos.csv"_s,
-                      "Nombre;Apellidos;Empresa;Teléfono o correo\n",
-                      "SELECT IFNULL(p.First,''), IFNULL(p.Last,''), IFNULL(p.Organization,''), IFNULL(v.value,'') "
-                      "FROM ABPerson p LEFT JOIN ABMultiValue v ON v.record_id = p.ROWID",
-                      ordenPersonas,
-                      [](QByteArray &linea, const Fila &fila) {
+    const Tabla tabla{u"Contactos.csv"_s, "Nombre;Apellidos;Empresa;Teléfono o correo\n",
+                      siempre("SELECT IFNULL(p.First,''), IFNULL(p.Last,''), IFNULL(p.Organization,''), "
+                              "IFNULL(v.value,'') "
+                              "FROM ABPerson p LEFT JOIN ABMultiValue v ON v.record_id = p.ROWID"),
+                      ordenPersonas, [](QByteArray &linea, const Fila &fila) {
                           for (int columna = 0; columna < 4; ++columna) {
                               if (columna > 0)
                                   linea += ';';
-                              ponerTexto(linea, fila, columna);
+                              Renglones::ponerEnUno(linea, fila.utf8(columna));
                           }
-                          linea.replace('\n', ' ');
                           linea += '\n';
                       }};
-    const auto filas = escribirTabla(tabla, desde, a);
+    const auto filas = escribirTabla(tabla, {buscarPublico(libreta, desde)}, a);
     return filas > 0 ? std::optional(u"Contactos: %1 personas (Contactos.csv)"_s.arg(filas)) : std::nullopt;
 }
 

@@ -1,13 +1,12 @@
 #include "extraction/Extraccion.h"
 
 #include "core/EscritorDeTexto.h"
+#include "extraction/Renglones.h"
 
 #include <QDirIterator>
 #include <QFile>
 
 #include <algorithm>
-#include <cmath>
-#include <ctime>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -17,11 +16,6 @@ namespace vellora::Extraccion
 
 namespace
 {
-
-constexpr qint64 principioApple = 978'307'200; // 2001-01-01 00:00:00 UTC in seconds since 1970
-constexpr double desdeAquiNanosegundos = 1e12;
-// Some thirty million years: within what the C library turns into a date.
-constexpr double segundosImposibles = 1e15;
 
 /// The database with what SQLite keeps beside it, to be changed by its owner whatever the phone's permissions were.
 bool copiarBase(const QString &fichero, const QString &copia)
@@ -34,50 +28,6 @@ bool copiarBase(const QString &fichero, const QString &copia)
             QFile::setPermissions(copia + cola, suyos);
     }
     return true;
-}
-
-void dosCifras(QByteArray &linea, int numero)
-{
-    linea += static_cast<char>('0' + numero / 10 % 10);
-    linea += static_cast<char>('0' + numero % 10);
-}
-
-void ponerMomento(QByteArray &linea, double valor)
-{
-    if (!(valor > 0))
-        return; // NaN among them
-    if (valor > desdeAquiNanosegundos)
-        valor /= 1e9;
-    if (valor > segundosImposibles)
-        return;
-    // Qt's own dates take ten times as long, and this is where half a million messages spend their time.
-    const auto momento = static_cast<time_t>(static_cast<qint64>(std::floor(valor)) + principioApple);
-    struct tm partes = {};
-    if (localtime_r(&momento, &partes) == nullptr)
-        return;
-    dosCifras(linea, partes.tm_mday);
-    linea += '/';
-    dosCifras(linea, partes.tm_mon + 1);
-    linea += '/';
-    const int ano = partes.tm_year + 1900;
-    if (ano > 9999)
-        linea += QByteArray::number(ano / 100);
-    else
-        dosCifras(linea, ano / 100);
-    dosCifras(linea, ano);
-    linea += ' ';
-    dosCifras(linea, partes.tm_hour);
-    linea += ':';
-    dosCifras(linea, partes.tm_min);
-}
-
-void ponerMomento(QByteArray &linea, const QString &texto)
-{
-    bool esNumero = false;
-    const double valor = texto.toDouble(&esNumero);
-    const bool conBlancos = !texto.isEmpty() && (texto.front().isSpace() || texto.back().isSpace());
-    if (esNumero && !conBlancos)
-        ponerMomento(linea, valor);
 }
 
 } // namespace
@@ -153,51 +103,35 @@ QString buscarPublico(const QString &nombre, const QString &dentro)
     return buscar(nombre, dentro).value(0);
 }
 
-QString fechaApplePublica(const QString &texto)
-{
-    QByteArray fecha;
-    ponerMomento(fecha, texto);
-    return QString::fromLatin1(fecha);
-}
-
-void ponerFecha(QByteArray &linea, const Fila &fila, int columna)
-{
-    if (const auto numero = fila.real(columna))
-        ponerMomento(linea, *numero);
-    else
-        ponerMomento(linea, fila.texto(columna));
-}
-
-void ponerTexto(QByteArray &linea, const Fila &fila, int columna)
-{
-    ponerTextoLimpio(linea, fila.utf8(columna));
-}
-
 void ponerCampo(QByteArray &linea, const Fila &fila, int columna)
 {
     const auto principio = linea.size();
-    ponerTextoLimpio(linea, fila.utf8(columna));
+    Renglones::ponerEnUno(linea, fila.utf8(columna));
     std::replace(linea.begin() + principio, linea.end(), ';', ',');
-    std::replace(linea.begin() + principio, linea.end(), '\n', ' ');
 }
 
-qint64 escribirTabla(const Tabla &tabla, const QString &desde, const QString &a)
+qint64 escribirTabla(const Tabla &tabla, const QStringList &bases, const QString &a)
 {
-    const auto base = abrirPublico(buscarPublico(tabla.base, desde));
     auto carpeta = CarpetaDeDestino::abrir(a);
-    if (!base || !carpeta)
+    if (!carpeta)
         return 0;
     std::optional<EscritorDeTexto> escritor;
     QByteArray linea;
     qint64 filas = 0;
-    base->porCadaFila(tabla.consulta, tabla.orden, [&](const Fila &fila) {
+    const auto ponerFila = [&](const Fila &fila) {
         if (!escritor)
             escritor.emplace(*carpeta, tabla.fichero.toUtf8()) << tabla.cabecera;
         linea.resize(0);
         tabla.linea(linea, fila);
         *escritor << linea;
         ++filas;
-    });
+    };
+    for (const auto &fichero : bases) {
+        const auto base = abrirPublico(fichero);
+        const auto consulta = base ? tabla.consulta(*base) : QByteArray();
+        if (!consulta.isEmpty())
+            base->porCadaFila(consulta.constData(), tabla.orden, ponerFila);
+    }
     return escritor && escritor->cerrar() ? filas : 0;
 }
 

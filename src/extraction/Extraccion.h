@@ -3,6 +3,7 @@
 #include "core/BaseDeDatos.h"
 #include "core/CarpetaDeDestino.h"
 #include "core/CarpetaDeTrabajo.h"
+#include "extraction/Fechas.h"
 
 #include <QByteArray>
 #include <QSet>
@@ -59,27 +60,28 @@ QStringList buscar(const QString &nombre, const QString &dentro);
 /// The first of them; empty without any.
 QString buscarPublico(const QString &nombre, const QString &dentro);
 
-/// A stored date as dd/MM/yyyy HH:mm in the computer's time zone. The text is a count of seconds since 2001-01-01
-/// 00:00:00 UTC or, above 1,000,000,000,000, of nanoseconds. Empty for 0 and below and for what is no number.
-QString fechaApplePublica(const QString &texto);
-/// The same for a column of a row, added to a line.
-void ponerFecha(QByteArray &linea, const Fila &fila, int columna);
-/// A column as text, added to a line.
-void ponerTexto(QByteArray &linea, const Fila &fila, int columna);
-/// The same with ";" as "," and line feeds as blanks, so that it stays one field of a table.
+/// A column as one field of a table, added to a line: on one line, with ";" as ",".
 void ponerCampo(QByteArray &linea, const Fila &fila, int columna);
 
-/// One table of a database as one file: a heading, then what `linea` adds for each row.
+/// One kind of thing out of one or more databases as one file: a heading, then what `linea` adds for each row.
 struct Tabla {
-    QString base;    ///< name of the database's file
     QString fichero; ///< under the result folder
     QByteArray cabecera;
-    const char *consulta;
+    /// What to ask a database, by the columns that it has; empty for one that holds nothing of the kind.
+    std::function<QByteArray(const BaseDelTelefono &)> consulta;
     const char *orden;
     std::function<void(QByteArray &linea, const Fila &fila)> linea;
 };
-/// Rows that were written; 0 when there were none, or when the file could not be written.
-qint64 escribirTabla(const Tabla &tabla, const QString &desde, const QString &a);
+/// For `Tabla::consulta`: the same for all.
+inline auto siempre(const char *consulta)
+{
+    return [consulta](const BaseDelTelefono &) {
+        return QByteArray(consulta);
+    };
+}
+/// `bases`: their files, one after the other; what is missing gives nothing. Rows that were written; 0 when there were
+/// none, or when the file could not be written.
+qint64 escribirTabla(const Tabla &tabla, const QStringList &bases, const QString &a);
 
 /// Puts a file of the unpacked folder into the result folder, in place of one of that name: as a second name of its
 /// bytes where one volume holds both (the unpacked folder goes away), as a copy otherwise.

@@ -72,26 +72,4 @@ qint64 copiarMedios(const QString &origen, CarpetaDeDestino &destino, const QByt
     return puesta ? copiados : 0;
 }
 
-std::optional<QString> notasDeVoz(const QString &desde, const QString &a)
-{
-    auto carpeta = CarpetaDeDestino::abrir(a);
-    if (!carpeta)
-        return {};
-    static const QStringList sonidos{u"m4a"_s, u"wav"_s, u"mp3"_s, u"caf"_s};
-    qint64 cuantas = 0;
-    for (const auto &fuente : {u"/Grabadora"_s, u"/AppDomainGroup-group.com.apple.VoiceMemos.shared/Recordings"_s,
-                               u"/MediaDomain/Recordings"_s}) {
-        QDirIterator recorrido(desde + fuente, QDir::Files | QDir::Hidden | QDir::NoSymLinks,
-                               QDirIterator::Subdirectories);
-        while (recorrido.hasNext()) {
-            const QFileInfo fichero(recorrido.next());
-            if (sonidos.contains(fichero.suffix().toLower()))
-                cuantas += copiarFichero(fichero.filePath(), *carpeta, u"Grabadora/"_s + fichero.fileName()) ? 1 : 0;
-        }
-    }
-    if (cuantas == 0)
-        return {};
-    return u"Grabadora: %1 grabaciones (carpeta Grabadora)"_s.arg(cuantas);
-}
-
 } // namespace vellora::Extraccion

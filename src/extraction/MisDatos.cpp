@@ -59,6 +59,8 @@ constexpr std::array especies{
             Cuenta::Ficheros, "", u"archivo", u"archivos"},
     Especie{u"Todas las conversaciones en una página", u"doc.richtext", MisDatos::Pagina, u"/Mis conversaciones.html",
             Cuenta::Lineas, "<details", u"chat", u"chats"},
+    Especie{u"Eliminado hace poco del iPhone", u"trash", MisDatos::Carpeta, u"/Eliminado hace poco", Cuenta::Ficheros,
+            "", u"archivo", u"archivos"},
 };
 
 /// Absent when there is nothing of that kind.

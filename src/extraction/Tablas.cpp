@@ -1,6 +1,6 @@
 #include "extraction/Extraccion.h"
+#include "extraction/Renglones.h"
 
-#include <QDirIterator>
 #include <QHash>
 
 using namespace Qt::StringLiterals;
@@ -24,23 +24,43 @@ QByteArray segundos(const Fila &fila, int columna)
     return QByteArray::number(static_cast<qint64>(valor > -maximo && valor < maximo ? valor : 0));
 }
 
-/// Name of a kind of measurement in the health database (its column data_type).
+/// Name of a kind of measurement in the health database (its column data_type), as other readers of that database
+/// number them. What is not among them is told by its number.
 QByteArray medicion(const QByteArray &codigo)
 {
-    static const QHash<QByteArray, QByteArray> nombres{
-        {"7", "Pasos"},  {"8", "Distancia caminando"}, {"12", "Calorías"}, {"3", "Peso"}, {"5", "Frecuencia cardiaca"},
-        {"63", "Sueño"}, {"9", "Pisos subidos"}};
+    static const QHash<QByteArray, QByteArray> nombres{{"0", "Índice de masa corporal"},
+                                                       {"1", "Grasa corporal"},
+                                                       {"2", "Altura"},
+                                                       {"3", "Peso"},
+                                                       {"4", "Masa magra"},
+                                                       {"5", "Frecuencia cardiaca"},
+                                                       {"7", "Pasos"},
+                                                       {"8", "Distancia caminando"},
+                                                       {"9", "Energía en reposo"},
+                                                       {"10", "Energía activa"},
+                                                       {"12", "Pisos subidos"},
+                                                       {"14", "Oxígeno en sangre"},
+                                                       {"16", "Tensión arterial sistólica"},
+                                                       {"17", "Tensión arterial diastólica"},
+                                                       {"62", "Temperatura corporal"},
+                                                       {"63", "Sueño"},
+                                                       {"70", "Horas de pie"},
+                                                       {"75", "Tiempo de ejercicio"},
+                                                       {"79", "Entrenamientos"},
+                                                       {"83", "Distancia en bicicleta"},
+                                                       {"87", "Agua"},
+                                                       {"110", "Distancia nadando"},
+                                                       {"118", "Frecuencia cardiaca en reposo"},
+                                                       {"139", "Variabilidad de la frecuencia cardiaca"},
+                                                       {"173", "Volumen de los auriculares"}};
     return nombres.value(codigo, "Tipo " + codigo);
 }
 
-const auto visitas = Tabla{u"History.db"_s,
-                           u"Safari - historial.csv"_s,
-                           "Fecha;Título;Dirección\n",
-                           "SELECT i.url, IFNULL(v.title,''), v.visit_time "
-                           "FROM history_visits v JOIN history_items i ON i.id = v.history_item",
-                           "ORDER BY v.visit_time DESC LIMIT 5000",
-                           [](QByteArray &linea, const Fila &fila) {
-                               ponerFecha(linea, fila, 2);
+const auto visitas = Tabla{u"Safari - historial.csv"_s, "Fecha;Título;Dirección\n",
+                           siempre("SELECT i.url, IFNULL(v.title,''), v.visit_time "
+                                   "FROM history_visits v JOIN history_items i ON i.id = v.history_item"),
+                           "ORDER BY v.visit_time DESC LIMIT 5000", [](QByteArray &linea, const Fila &fila) {
+                               ponerFechaDeLasDos(linea, fila, 2);
                                linea += ';';
                                ponerCampo(linea, fila, 1);
                                linea += ';';
@@ -48,166 +68,74 @@ const auto visitas = Tabla{u"History.db"_s,
                                linea += '\n';
                            }};
 
-const auto marcadores = Tabla{u"Bookmarks.db"_s,
-                              u"Safari - marcadores.txt"_s,
-                              "TUS MARCADORES DE SAFARI\n\n",
-                              "SELECT IFNULL(title,''), IFNULL(url,'') FROM bookmarks "
-                              "WHERE url IS NOT NULL AND url <> ''",
-                              "ORDER BY title",
-                              [](QByteArray &linea, const Fila &fila) {
-                                  ponerTexto(linea, fila, 0);
-                                  linea += "\n    ";
-                                  ponerTexto(linea, fila, 1);
-                                  linea += "\n\n";
-                              }};
+const auto marcadores =
+    Tabla{u"Safari - marcadores.txt"_s, "TUS MARCADORES DE SAFARI\n\n",
+          [](const BaseDelTelefono &base) {
+              // A bookmark that was deleted stays until the other devices know.
+              return QByteArray("SELECT IFNULL(title,''), IFNULL(url,'') FROM bookmarks "
+                                "WHERE url IS NOT NULL AND url <> ''") +
+                     (base.columnas("bookmarks").contains("deleted") ? " AND IFNULL(deleted,0) = 0" : "");
+          },
+          "ORDER BY title",
+          [](QByteArray &linea, const Fila &fila) {
+              Renglones::ponerEnUno(linea, fila.utf8(0));
+              linea += "\n    ";
+              Renglones::ponerEnUno(linea, fila.utf8(1));
+              linea += "\n\n";
+          }};
 
 } // namespace
 
 std::optional<QString> llamadas(const QString &desde, const QString &a)
 {
-    const Tabla tabla{u"CallHistory.storedata"_s,
-                      u"Llamadas.csv"_s,
-                      "Número;Fecha;Sentido;Duración (segundos)\n",
-                      "SELECT IFNULL(ZADDRESS,''), ZDATE, ZORIGINATED, ZDURATION FROM ZCALLRECORD",
-                      "ORDER BY ZDATE DESC",
-                      [](QByteArray &linea, const Fila &fila) {
-                          ponerTexto(linea, fila, 0);
+    const Tabla tabla{u"Llamadas.csv"_s, "Número;Fecha;Sentido;Duración (segundos)\n",
+                      siempre("SELECT IFNULL(ZADDRESS,''), ZDATE, ZORIGINATED, ZDURATION FROM ZCALLRECORD"),
+                      "ORDER BY ZDATE DESC", [](QByteArray &linea, const Fila &fila) {
+                          Renglones::ponerEnUno(linea, fila.utf8(0));
                           linea += ';';
                           ponerFecha(linea, fila, 1);
                           linea += esUno(fila, 2) ? ";Saliente;" : ";Entrante;";
                           linea += segundos(fila, 3) + '\n';
                       }};
-    const auto filas = escribirTabla(tabla, desde, a);
+    const auto filas = escribirTabla(tabla, {buscarPublico(u"CallHistory.storedata"_s, desde)}, a);
     return filas > 0 ? std::optional(u"Llamadas: %1 registradas (Llamadas.csv)"_s.arg(filas)) : std::nullopt;
-}
-
-std::optional<QString> notas(const QString &desde, const QString &a)
-{
-    const Tabla tabla{u"NoteStore.sqlite"_s,
-                      u"Notas.txt"_s,
-                      "TUS NOTAS\n\n",
-                      "SELECT IFNULL(ZTITLE1,''), ZMODIFICATIONDATE1, IFNULL(ZSNIPPET,'') "
-                      "FROM ZICCLOUDSYNCINGOBJECT WHERE ZTITLE1 IS NOT NULL",
-                      "ORDER BY ZMODIFICATIONDATE1 DESC",
-                      [](QByteArray &linea, const Fila &fila) {
-                          linea += "── ";
-                          ponerTexto(linea, fila, 0);
-                          linea += "  (";
-                          ponerFecha(linea, fila, 1);
-                          linea += ")\n";
-                          ponerTexto(linea, fila, 2);
-                          linea += "\n\n";
-                      }};
-    const auto filas = escribirTabla(tabla, desde, a);
-    return filas > 0 ? std::optional(u"Notas: %1 (Notas.txt)"_s.arg(filas)) : std::nullopt;
-}
-
-std::optional<QString> calendario(const QString &desde, const QString &a)
-{
-    // The place of an event stands in another table and is left blank.
-    const Tabla tabla{u"Calendar.sqlitedb"_s,
-                      u"Calendario.csv"_s,
-                      "Título;Empieza;Termina;Dónde\n",
-                      "SELECT IFNULL(summary,''), start_date, end_date, '' FROM CalendarItem WHERE summary IS NOT NULL",
-                      "ORDER BY start_date DESC",
-                      [](QByteArray &linea, const Fila &fila) {
-                          ponerCampo(linea, fila, 0);
-                          linea += ';';
-                          ponerFecha(linea, fila, 1);
-                          linea += ';';
-                          ponerFecha(linea, fila, 2);
-                          linea += ';';
-                          ponerCampo(linea, fila, 3);
-                          linea += '\n';
-                      }};
-    const auto filas = escribirTabla(tabla, desde, a);
-    return filas > 0 ? std::optional(u"Calendario: %1 citas (Calendario.csv)"_s.arg(filas)) : std::nullopt;
-}
-
-std::optional<QString> recordatorios(const QString &desde, const QString &a)
-{
-    const Tabla tabla{u"Calendar.sqlitedb"_s,
-                      u"Recordatorios.txt"_s,
-                      "TUS RECORDATORIOS\n\n",
-                      "SELECT IFNULL(summary,''), completed, due_date FROM CalendarItem WHERE due_date IS NOT NULL",
-                      "ORDER BY due_date DESC",
-                      [](QByteArray &linea, const Fila &fila) {
-                          linea += esUno(fila, 1) ? "[hecho] " : "[    ] ";
-                          ponerTexto(linea, fila, 0);
-                          linea += "   ";
-                          ponerFecha(linea, fila, 2);
-                          linea += '\n';
-                      }};
-    const auto filas = escribirTabla(tabla, desde, a);
-    return filas > 0 ? std::optional(u"Recordatorios: %1 (Recordatorios.txt)"_s.arg(filas)) : std::nullopt;
 }
 
 std::optional<QString> safari(const QString &desde, const QString &a)
 {
     QStringList partes;
-    if (const auto filas = escribirTabla(visitas, desde, a); filas > 0)
+    if (const auto filas = escribirTabla(visitas, {buscarPublico(u"History.db"_s, desde)}, a); filas > 0)
         partes << u"historial (%1 visitas)"_s.arg(filas);
-    if (const auto filas = escribirTabla(marcadores, desde, a); filas > 0)
+    if (const auto filas = escribirTabla(marcadores, {buscarPublico(u"Bookmarks.db"_s, desde)}, a); filas > 0)
         partes << u"marcadores (%1)"_s.arg(filas);
     return partes.isEmpty() ? std::nullopt : std::optional(u"Safari: "_s + partes.join(u", "_s));
 }
 
 std::optional<QString> salud(const QString &desde, const QString &a)
 {
-    const Tabla tabla{u"healthdb_secure.sqlite"_s,
-                      u"Salud.csv"_s,
-                      "Qué;Cuántas mediciones;Desde;Hasta\n",
-                      "SELECT data_type, COUNT(*), MIN(start_date), MAX(start_date) FROM samples GROUP BY data_type",
-                      "ORDER BY COUNT(*) DESC",
+    const auto consulta = [](const BaseDelTelefono &base) {
+        constexpr auto borrada = "2"; // kind of the object that stays in the place of a measurement
+        const bool conObjetos = base.columnas("samples").contains("data_id") &&
+                                base.columnas("objects").contains(QSet<QByteArray>{"data_id", "type"});
+        return QByteArray("SELECT data_type, COUNT(*), MIN(start_date), MAX(start_date) FROM samples ") +
+               (conObjetos ? QByteArray("WHERE IFNULL(data_id IN (SELECT data_id FROM objects WHERE type = ") +
+                                 borrada + "), 0) = 0 "
+                           : QByteArray()) +
+               "GROUP BY data_type";
+    };
+    const Tabla tabla{u"Salud.csv"_s, "Qué;Cuántas mediciones;Desde;Hasta\n", consulta, "ORDER BY COUNT(*) DESC",
                       [](QByteArray &linea, const Fila &fila) {
-                          linea += medicion(fila.utf8(0).toByteArray()) + ';';
-                          ponerTexto(linea, fila, 1);
+                          Renglones::ponerEnUno(linea, medicion(fila.utf8(0).toByteArray()));
+                          linea += ';';
+                          linea += fila.utf8(1);
                           linea += ';';
                           ponerFecha(linea, fila, 2);
                           linea += ';';
                           ponerFecha(linea, fila, 3);
                           linea += '\n';
                       }};
-    const auto filas = escribirTabla(tabla, desde, a);
+    const auto filas = escribirTabla(tabla, {buscarPublico(u"healthdb_secure.sqlite"_s, desde)}, a);
     return filas > 0 ? std::optional(u"Salud: %1 tipos de medición (Salud.csv)"_s.arg(filas)) : std::nullopt;
-}
-
-std::optional<QString> buzonDeVoz(const QString &desde, const QString &a)
-{
-    QStringList audios;
-    const Tabla tabla{u"voicemail.db"_s,
-                      u"Buzón de voz/Quién llamó.txt"_s,
-                      "BUZÓN DE VOZ\n\n",
-                      "SELECT ROWID, IFNULL(sender,''), date, duration FROM voicemail",
-                      "",
-                      [&](QByteArray &linea, const Fila &fila) {
-                          audios << fila.texto(0) + u".amr"_s;
-                          ponerTexto(linea, fila, 1);
-                          linea += "  —  ";
-                          ponerFecha(linea, fila, 2);
-                          linea += "  (";
-                          ponerTexto(linea, fila, 3);
-                          linea += " segundos)  →  ";
-                          linea += audios.last().toUtf8() + '\n';
-                      }};
-    const auto filas = escribirTabla(tabla, desde, a);
-    auto carpeta = CarpetaDeDestino::abrir(a);
-    if (filas == 0 || !carpeta)
-        return {};
-    QHash<QString, QString> porNombre;
-    QDirIterator recorrido(desde, {u"*.amr"_s}, QDir::Files | QDir::Hidden | QDir::NoSymLinks,
-                           QDirIterator::Subdirectories);
-    while (recorrido.hasNext()) {
-        const auto fichero = recorrido.next();
-        if (!porNombre.contains(recorrido.fileName()))
-            porNombre.insert(recorrido.fileName(), fichero);
-    }
-    qint64 guardados = 0;
-    for (const auto &audio : std::as_const(audios)) {
-        if (porNombre.contains(audio) && copiarFichero(porNombre[audio], *carpeta, u"Buzón de voz/"_s + audio))
-            ++guardados;
-    }
-    return u"Buzón de voz: %1 mensajes, %2 audios guardados"_s.arg(filas).arg(guardados);
 }
 
 } // namespace vellora::Extraccion

@@ -62,6 +62,9 @@ private slots:
     void grabadora();
     void llamadasYSalud();
     void calendarioYNotas();
+    void diasEnteros();
+    void recordatoriosDeSusBases();
+    void notasDeLaPapelera();
     void safari();
     void buzon();
     void loQueSoloEstaEnElWal();
@@ -92,8 +95,11 @@ void PruebaExtractores::fechas_data()
     QTest::newRow("first second") << u"1"_s << u"01/01/2001 01:00"_s;
     QTest::newRow("border, still seconds") << u"1000000000000"_s << u"27/09/33689 03:46"_s;
     QTest::newRow("border, nanoseconds") << u"1000000000001"_s << u"01/01/2001 01:16"_s;
-    for (const auto &vacia : {u"0"_s, u"-5"_s, QString(), u" 700000000"_s, u"700000000 "_s, u"mañana"_s, u"7,0"_s,
-                              u"nan"_s, u"inf"_s, u"1e300"_s, u"700000000x"_s})
+    QTest::newRow("before 2001") << u"-5"_s << u"01/01/2001 00:59"_s;
+    QTest::newRow("a clock that was at its beginning") << u"-978307200000000000"_s << u"01/01/1970 01:00"_s;
+    QTest::newRow("a birth") << u"-1500000000"_s << u"20/06/1953 22:20"_s;
+    for (const auto &vacia : {u"0"_s, u"-0.0"_s, u"-63114076800"_s, u"-1e300"_s, QString(), u" 700000000"_s,
+                              u"700000000 "_s, u"mañana"_s, u"7,0"_s, u"nan"_s, u"inf"_s, u"1e300"_s, u"700000000x"_s})
         QTest::newRow(qPrintable(u"nothing: "_s + vacia)) << vacia << QString();
 }
 
@@ -429,12 +435,27 @@ void PruebaExtractores::grabadora()
 {
     QVERIFY(escribirFichero(desde + u"/Grabadora/una.m4a"_s, "1"));
     QVERIFY(escribirFichero(desde + u"/Grabadora/sub/dos.M4A"_s, "2"));
+    QVERIFY(escribirFichero(desde + u"/Grabadora/igual.m4a"_s, "la misma"));
+    QVERIFY(escribirFichero(desde + u"/Grabadora/tres.qta"_s, "3"));
+    QVERIFY(escribirFichero(desde + u"/Grabadora/tirada.m4a"_s, "4"));
     QVERIFY(escribirFichero(desde + u"/Grabadora/no.aac"_s, "x"));
     QVERIFY(escribirFichero(desde + u"/MediaDomain/Recordings/una.m4a"_s, "la última"));
-    QCOMPARE(Extraccion::notasDeVoz(desde, a), u"Grabadora: 3 grabaciones (carpeta Grabadora)"_s);
-    QCOMPARE(hecho(u"Grabadora/una.m4a"_s), "la última");
-    QCOMPARE(QDir(a + u"/Grabadora"_s).entryList(QDir::Files | QDir::Hidden),
-             (QStringList{u"dos.M4A"_s, u"una.m4a"_s}));
+    QVERIFY(escribirFichero(desde + u"/MediaDomain/Media/Recordings/UNA.m4a"_s, "la de antes"));
+    QVERIFY(escribirFichero(desde + u"/MediaDomain/Media/Recordings/igual.m4a"_s, "la misma"));
+    QVERIFY(escribirBase(desde + u"/Grabadora/CloudRecordings.db"_s,
+                         "CREATE TABLE ZCLOUDRECORDING (ZPATH, ZEVICTIONDATE);"
+                         "INSERT INTO ZCLOUDRECORDING VALUES ('una.m4a',NULL),('tirada.m4a',700000000),('',1)"));
+    const auto resumen = u"Grabadora: 6 grabaciones (carpeta Grabadora)\n"
+                         "Grabaciones eliminadas hace poco: 1 (carpeta Eliminado hace poco)"_s;
+    QCOMPARE(Extraccion::notasDeVoz(desde, a), resumen);
+    // A second time nothing is doubled.
+    QCOMPARE(Extraccion::notasDeVoz(desde, a), resumen);
+    QCOMPARE(hecho(u"Grabadora/UNA.m4a"_s), "la de antes");
+    QCOMPARE(hecho(u"Grabadora/una (2).m4a"_s), "la última");
+    QCOMPARE(hecho(u"Grabadora/una (3).m4a"_s), "1");
+    QCOMPARE(QDir(a + u"/Grabadora"_s).entryList(QDir::Files | QDir::Hidden, QDir::Name).size(), 6);
+    QCOMPARE(hecho(u"Grabadora/tres.qta"_s), "3");
+    QCOMPARE(hecho(u"Eliminado hace poco/Grabadora/tirada.m4a"_s), "4");
     // The unpacked file is not changed by what happens to the result.
     QCOMPARE(leerFichero(desde + u"/Grabadora/una.m4a"_s), "1");
 }
@@ -448,13 +469,20 @@ void PruebaExtractores::llamadasYSalud()
     QCOMPARE(Extraccion::llamadas(desde, a), u"Llamadas: 3 registradas (Llamadas.csv)"_s);
     QCOMPARE(hecho(u"Llamadas.csv"_s), "Número;Fecha;Sentido;Duración (segundos)\n;08/03/2023 21:27;Entrante;0\n"
                                        "+34600;1;08/03/2023 21:26;Saliente;65\n5;;Entrante;0\n");
-    QVERIFY(escribirBase(
-        desde + u"/healthdb_secure.sqlite"_s,
-        "CREATE TABLE samples (data_type INTEGER, start_date REAL);"
-        "INSERT INTO samples VALUES (7,700000000),(7,710000000.5),(7,700000001),(99,700000000),(99,700000000),(63,0)"));
-    QCOMPARE(Extraccion::salud(desde, a), u"Salud: 3 tipos de medición (Salud.csv)"_s);
-    QCOMPARE(hecho(u"Salud.csv"_s), "Qué;Cuántas mediciones;Desde;Hasta\nPasos;3;08/03/2023 21:26;02/07/2023 16:13\n"
-                                    "Tipo 99;2;08/03/2023 21:26;08/03/2023 21:26\nSueño;1;;\n");
+    QVERIFY(escribirBase(desde + u"/healthdb_secure.sqlite"_s,
+                         "CREATE TABLE samples (data_id INTEGER PRIMARY KEY, data_type INTEGER, start_date REAL);"
+                         "CREATE TABLE objects (data_id INTEGER PRIMARY KEY, type INTEGER);"
+                         "INSERT INTO samples VALUES "
+                         "(1,7,700000000),(2,7,710000000.5),(3,7,700000001),(4,99,700000000),(5,99,700000000),"
+                         "(6,63,0),(7,7,600000000),(8,12,700000000),(9,9,700000000);"
+                         "INSERT INTO objects VALUES (1,1),(2,1),(3,NULL),(7,2)"));
+    QCOMPARE(Extraccion::salud(desde, a), u"Salud: 5 tipos de medición (Salud.csv)"_s);
+    auto lineas = hecho(u"Salud.csv"_s).split('\n');
+    std::sort(lineas.begin() + 3, lineas.end() - 1);
+    QCOMPARE(lineas.join('\n'), "Qué;Cuántas mediciones;Desde;Hasta\nPasos;3;08/03/2023 21:26;02/07/2023 16:13\n"
+                                "Tipo 99;2;08/03/2023 21:26;08/03/2023 21:26\n"
+                                "Energía en reposo;1;08/03/2023 21:26;08/03/2023 21:26\n"
+                                "Pisos subidos;1;08/03/2023 21:26;08/03/2023 21:26\nSueño;1;;\n");
 }
 
 void PruebaExtractores::calendarioYNotas()
@@ -478,11 +506,109 @@ void PruebaExtractores::calendarioYNotas()
     QCOMPARE(hecho(u"Notas.txt"_s), "TUS NOTAS\n\n── Lista; compra  (08/03/2023 21:26)\nleche\n\n── Vacía  ()\n\n\n");
 }
 
+void PruebaExtractores::diasEnteros()
+{
+    // Whole days and hours without a zone stand at the phone's own clock, which is written as if it were UTC; a
+    // birthday is the day of the birth, and 1604 a year that nobody knows.
+    QVERIFY(escribirBase(
+        desde + u"/Calendar.sqlitedb"_s,
+        "CREATE TABLE CalendarItem (summary, start_date, start_tz, end_date, end_tz, all_day, due_date, due_tz, "
+        "due_all_day, completion_date, entity_type);"
+        "INSERT INTO CalendarItem VALUES ('Puente',699926400,'_float',700012799,'_float',1,NULL,NULL,0,NULL,2),"
+        "('Dentista',699900000,'America/New_York',699903600,NULL,0,NULL,NULL,0,NULL,2),"
+        "('Desayuno',699800000,NULL,699803600,'_float',0,NULL,NULL,0,NULL,2),"
+        "('Cumple de la yaya',-1738800000,'_float',-1738713601,'_float',1,NULL,NULL,0,NULL,2),"
+        "('Cumple de Bego',-12517113600,'_float',-12517027201,'_float',1,NULL,NULL,0,NULL,2),"
+        "('Hecha',NULL,NULL,NULL,NULL,0,699926400,'Europe/Madrid',1,699900000,3),"
+        "('Por hacer',NULL,NULL,NULL,NULL,0,699900000,'Europe/Madrid',0,NULL,3),"
+        "('Sin día',NULL,NULL,NULL,NULL,0,NULL,NULL,0,0,3)"));
+    for (const auto *zona : {"Europe/Madrid", "America/Los_Angeles", "Pacific/Kiritimati"}) {
+        qputenv("TZ", zona);
+        tzset();
+        QVERIFY(Extraccion::calendario(desde, a).has_value());
+        QVERIFY(Extraccion::recordatorios(desde, a).has_value());
+        qputenv("TZ", "Europe/Madrid");
+        tzset();
+        const auto citas = hecho(u"Calendario.csv"_s);
+        QVERIFY2(citas.contains("Puente;08/03/2023 00:00;08/03/2023 23:59;\n"), zona);
+        QVERIFY2(citas.contains("Desayuno;06/03/2023 12:53;06/03/2023 13:53;\n"), zona);
+        QVERIFY2(citas.contains("Cumple de la yaya;26/11/1945 00:00;26/11/1945 23:59;\n"), zona);
+        QVERIFY2(citas.contains("Cumple de Bego;08/05;08/05;\n"), zona);
+        QVERIFY2(hecho(u"Recordatorios.txt"_s).contains("[hecho] Hecha   08/03/2023 00:00\n"), zona);
+    }
+    QVERIFY(Extraccion::calendario(desde, a).has_value());
+    QVERIFY(hecho(u"Calendario.csv"_s).contains("Dentista;07/03/2023 17:40;07/03/2023 18:40;\n"));
+    QCOMPARE(Extraccion::recordatorios(desde, a), u"Recordatorios: 3 (Recordatorios.txt)"_s);
+    QCOMPARE(hecho(u"Recordatorios.txt"_s),
+             "TUS RECORDATORIOS\n\n[hecho] Hecha   08/03/2023 00:00\n[    ] Por hacer   07/03/2023 17:40\n"
+             "[    ] Sin día   \n");
+}
+
+void PruebaExtractores::recordatoriosDeSusBases()
+{
+    const auto sitio = [this](const QString &dominio, const QString &nombre) {
+        return desde + u'/' + dominio + u"/Container_v1/Stores/Data-"_s + nombre + u".sqlite"_s;
+    };
+    const auto nueva = u"AppDomainGroup-group.com.apple.reminders"_s;
+    QVERIFY(escribirBase(
+        sitio(nueva, u"A"_s),
+        "CREATE TABLE ZREMCDREMINDER (Z_PK INTEGER PRIMARY KEY, ZTITLE, ZCOMPLETED, ZCOMPLETIONDATE, ZDUEDATE, "
+        "ZALLDAY, "
+        "ZTIMEZONE, ZLIST, ZMARKEDFORDELETION);"
+        "CREATE TABLE ZREMCDBASELIST (Z_PK INTEGER PRIMARY KEY, ZMARKEDFORDELETION);"
+        "CREATE TABLE ZREMCDOBJECT (Z_PK INTEGER PRIMARY KEY, ZTITLE);"
+        "INSERT INTO ZREMCDBASELIST VALUES (1,0),(2,1);"
+        "INSERT INTO ZREMCDREMINDER VALUES (1,'Comprar\n[hecho] pan',1,700000000,700000000,0,'Europe/Madrid',1,0),"
+        "(2,'Regar',0,NULL,699926400,1,NULL,1,0),(3,'Tirado',0,NULL,NULL,0,NULL,1,1),"
+        "(4,'De una lista tirada',0,NULL,NULL,0,NULL,2,0),(5,'Algún día',0,NULL,NULL,0,NULL,NULL,NULL)"));
+    QVERIFY(escribirBase(sitio(nueva, u"vacia"_s), "CREATE TABLE ZREMCDREMINDER (Z_PK INTEGER PRIMARY KEY, ZTITLE, "
+                                                   "ZCOMPLETED, ZDUEDATE)"));
+    // Older systems: everything in one table, told apart by a number that is no constant.
+    QVERIFY(escribirBase(
+        sitio(u"HomeDomain/Library/Reminders"_s, u"local"_s),
+        "CREATE TABLE Z_PRIMARYKEY (Z_ENT, Z_NAME); INSERT INTO Z_PRIMARYKEY VALUES "
+        "(14,'REMCDList'),(23,'REMCDReminder');"
+        "CREATE TABLE ZREMCDOBJECT (Z_PK INTEGER PRIMARY KEY, Z_ENT, ZTITLE, ZTITLE1, ZCOMPLETED, ZDUEDATE);"
+        "INSERT INTO ZREMCDOBJECT VALUES (1,23,NULL,'De antes',0,700000060),(2,14,'una lista',NULL,NULL,NULL)"));
+    QVERIFY(escribirBase(desde + u"/AppDomain-otra/Documents/Data-x.sqlite"_s,
+                         "CREATE TABLE ZREMCDREMINDER (Z_PK INTEGER PRIMARY KEY, ZTITLE, ZCOMPLETED, ZDUEDATE);"
+                         "INSERT INTO ZREMCDREMINDER VALUES (1,'de otra app',0,1)"));
+    QCOMPARE(Extraccion::recordatorios(desde, a),
+             u"Recordatorios: 4 (Recordatorios.txt)\n"
+             "Recordatorios eliminados hace poco: 2 (carpeta Eliminado hace poco)"_s);
+    QCOMPARE(hecho(u"Recordatorios.txt"_s),
+             "TUS RECORDATORIOS\n\n[hecho] Comprar [hecho] pan   08/03/2023 21:26\n[    ] Regar   08/03/2023 00:00\n"
+             "[    ] Algún día   \n[    ] De antes   08/03/2023 21:27\n");
+    const auto tirados = hecho(u"Eliminado hace poco/Recordatorios.txt"_s);
+    QVERIFY(tirados.contains("[    ] Tirado") && tirados.contains("De una lista tirada"));
+}
+
+void PruebaExtractores::notasDeLaPapelera()
+{
+    QVERIFY(escribirBase(
+        desde + u"/NoteStore.sqlite"_s,
+        "CREATE TABLE ZICCLOUDSYNCINGOBJECT (Z_PK INTEGER PRIMARY KEY, ZTITLE1, ZMODIFICATIONDATE1, ZSNIPPET, ZFOLDER, "
+        "ZFOLDERTYPE, ZPARENT, ZMARKEDFORDELETION);"
+        "INSERT INTO ZICCLOUDSYNCINGOBJECT VALUES (1,NULL,NULL,NULL,NULL,0,NULL,0),(2,NULL,NULL,NULL,NULL,1,NULL,0),"
+        "(3,NULL,NULL,NULL,NULL,0,2,0),(4,NULL,NULL,NULL,NULL,0,4,0),"
+        "(10,'Viva\n── Falsa  ()',2,'── Otra  ()\n── Y otra',1,NULL,NULL,0),(11,'Tirada',1,'x',2,NULL,NULL,0),"
+        "(12,'En carpeta tirada',1,'x',3,NULL,NULL,0),(13,'A punto de irse',1,'x',1,NULL,NULL,1),"
+        "(14,'Suelta',1,'x',NULL,NULL,NULL,NULL),(15,'En círculo',3,'x',4,NULL,NULL,0)"));
+    QCOMPARE(Extraccion::notas(desde, a), u"Notas: 3 (Notas.txt)\n"
+                                          "Notas eliminadas hace poco: 3 (carpeta Eliminado hace poco)"_s);
+    // What a note says never looks like another note.
+    const auto vivas = hecho(u"Notas.txt"_s);
+    QCOMPARE(('\n' + vivas).count("\n── "), 3);
+    QVERIFY(vivas.contains("── Viva ── Falsa  ()  (") && vivas.contains("\n    ── Otra  ()\n    ── Y otra\n"));
+    QCOMPARE(('\n' + hecho(u"Eliminado hace poco/Notas.txt"_s)).count("\n── "), 3);
+}
+
 void PruebaExtractores::safari()
 {
     QVERIFY(escribirBase(desde + u"/Bookmarks.db"_s,
-                         "CREATE TABLE bookmarks (title, url);"
-                         "INSERT INTO bookmarks VALUES ('B; b','https://b'),('A','https://a'),('carpeta','')"));
+                         "CREATE TABLE bookmarks (title, url, deleted);"
+                         "INSERT INTO bookmarks VALUES ('B; b','https://b',0),('A','https://a',NULL),('carpeta','',0),"
+                         "('borrado','https://c',1)"));
     QCOMPARE(Extraccion::safari(desde, a), u"Safari: marcadores (2)"_s);
     QCOMPARE(hecho(u"Safari - marcadores.txt"_s),
              "TUS MARCADORES DE SAFARI\n\nA\n    https://a\n\nB; b\n    https://b\n\n");
@@ -502,16 +628,21 @@ void PruebaExtractores::safari()
 void PruebaExtractores::buzon()
 {
     QVERIFY(escribirBase(desde + u"/HomeDomain/voicemail.db"_s,
-                         "CREATE TABLE voicemail (ROWID INTEGER PRIMARY KEY, sender, date, duration);"
-                         "INSERT INTO voicemail VALUES (3,'+34600',700000000,12),(8,NULL,0,NULL)"));
+                         "CREATE TABLE voicemail (ROWID INTEGER PRIMARY KEY, sender, date, duration, trashed_date);"
+                         "INSERT INTO voicemail VALUES (3,'+34600',1678307200,12,0),(8,NULL,0,NULL,NULL),"
+                         "(9,'+34700',1678307200,5,700000900)"));
     QVERIFY(escribirFichero(desde + u"/HomeDomain/3.amr"_s, "sonido"));
     QVERIFY(escribirFichero(desde + u"/HomeDomain/4.amr"_s, "de nadie"));
-    QCOMPARE(Extraccion::buzonDeVoz(desde, a), u"Buzón de voz: 2 mensajes, 1 audios guardados"_s);
+    QVERIFY(escribirFichero(desde + u"/HomeDomain/9.amr"_s, "tirado"));
+    QCOMPARE(Extraccion::buzonDeVoz(desde, a),
+             u"Buzón de voz: 2 mensajes, 1 audios guardados\n"
+             "Buzón de voz, eliminados hace poco: 1 mensajes, 1 audios (carpeta Eliminado hace poco)"_s);
     QCOMPARE(hecho(u"Buzón de voz/Quién llamó.txt"_s),
              "BUZÓN DE VOZ\n\n+34600  —  08/03/2023 21:26  (12 segundos)  →  3.amr\n"
              "  —    ( segundos)  →  8.amr\n");
     QCOMPARE(hecho(u"Buzón de voz/3.amr"_s), "sonido");
-    QVERIFY(!QFile::exists(a + u"/Buzón de voz/4.amr"_s));
+    QVERIFY(!QFile::exists(a + u"/Buzón de voz/4.amr"_s) && !QFile::exists(a + u"/Buzón de voz/9.amr"_s));
+    QCOMPARE(hecho(u"Eliminado hace poco/Buzón de voz/9.amr"_s), "tirado");
 }
 
 void PruebaExtractores::loQueSoloEstaEnElWal()
