@@ -108,7 +108,7 @@ QList<EntradaDeCopia> inventariar(const QString &carpetaDelTelefono)
     const QString media = carpetaDelTelefono + "/media"_L1;
     recorrido.recorrer(u"CameraRollDomain"_s, media + "/DCIM"_L1, u"Media/DCIM"_s);
     recorrido.recorrer(u"CameraRollDomain"_s, media + "/PhotoData"_L1, u"Media/PhotoData"_s);
-    recorrido.recorrer(u"MediaDomain"_s, media + "/Recordings"_L1, u"Recordings"_s);
+    recorrido.recorrer(u"MediaDomain"_s, media + "/Recordings"_L1, u"Media/Recordings"_s);
     return entradas;
 }
 

@@ -29,9 +29,8 @@ constexpr std::array citas{Cita{"Dentista", "Clínica Dental Ñ", 30},
                            Cita{"Cumple de Lucía", nullptr, 0},
                            Cita{"Vuelo a Santiago (IB 0516)", "T4", 75},
                            Cita{"Reunión de vecinos", "Portal", 60}};
-constexpr std::array tareas{"Renovar el DNI",      "Pagar el comedor",           "Llamar al yayo",
-                            "Comprar pilas AAA",   "Pedir cita médica",          "Regar las plantas 🌱",
-                            "Devolver los libros", "Cambiar el aceite del coche"};
+// Left from a system that kept tasks among the events.
+constexpr std::array tareas{"Renovar el DNI", "Pagar el comedor"};
 
 std::vector<qint64> ponCalendarios(Base &base, Azar &a)
 {
@@ -60,19 +59,21 @@ void ponCalendario(Contexto &c)
     const auto calendarios = ponCalendarios(base, a);
     Insercion cosa(
         base, "CalendarItem",
-        "summary, description, start_date, start_tz, end_date, all_day, calendar_id, status, availability, "
+        "summary, description, start_date, start_tz, end_date, end_tz, all_day, calendar_id, status, availability, "
         "last_modified, unique_identifier, has_recurrences, has_attendees, UUID, entity_type, priority, due_date, "
-        "due_tz, due_all_day, completion_date, completed, creation_date");
+        "due_tz, due_all_day, completion_date, creation_date");
     Insercion sitio(base, "Location", "title, item_owner_id");
     Insercion repeticion(base, "Recurrence", "frequency, interval, week_start, count, owner_id, uuid");
     Insercion alarma(base, "Alarm", "trigger_interval, type, owner_id, UUID");
     auto meteCita = [&](const QString &titulo, const char *donde, qint64 desde, qint64 minutos, bool repite) {
+        // A whole day has no zone: it is stored as if the clock showed UTC.
         const auto hasta = minutos > 0 ? desde + minutos * 60 : desde + 86399;
+        const auto *zona = minutos > 0 ? "Europe/Madrid" : "_float";
         const auto fila = cosa.mete(titulo, a.si(20) ? std::optional(u"No olvidar la documentación"_s) : std::nullopt,
-                                    apple(desde), "Europe/Madrid", apple(hasta), minutos == 0,
+                                    apple(desde), zona, apple(hasta), zona, minutos == 0,
                                     a.uno(std::vector(calendarios.begin(), calendarios.end() - 1)), 1, 0,
                                     apple(desde - 600'000), a.uuid(), repite, false, a.uuid(), evento, 0, nullptr,
-                                    nullptr, nullptr, nullptr, nullptr, apple(desde - 700'000));
+                                    nullptr, nullptr, nullptr, apple(desde - 700'000));
         if (donde)
             sitio.mete(donde, fila);
         if (repite)
@@ -81,20 +82,20 @@ void ponCalendario(Contexto &c)
             alarma.mete(-1800, 0, fila, a.uuid());
     };
     auto meteTarea = [&](const QString &titulo, qint64 vence, bool hecha) {
-        cosa.mete(titulo, nullptr, nullptr, nullptr, nullptr, 0, calendarios.back(), 0, 0, apple(vence - 90'000),
-                  a.uuid(), false, false, a.uuid(), tarea, a.entero(0, 1) * 5, apple(vence), "Europe/Madrid", 0,
-                  hecha ? std::optional(apple(vence - 3600)) : std::nullopt, hecha, apple(vence - 400'000));
+        cosa.mete(titulo, nullptr, nullptr, nullptr, nullptr, nullptr, 0, calendarios.back(), 0, 0,
+                  apple(vence - 90'000), a.uuid(), false, false, a.uuid(), tarea, a.entero(0, 1) * 5, apple(vence),
+                  "Europe/Madrid", 0, hecha ? std::optional(apple(vence - 3600)) : std::nullopt,
+                  apple(vence - 400'000));
     };
     const int cuantas = c.segun(12, 110, 2000);
     for (int i = 0; i < cuantas; ++i) {
         const auto &cita = citas[static_cast<size_t>(i) % citas.size()];
         const auto dia = (ahoraDelTelefono / 86400 + 60 - i * 700 / cuantas) * 86400;
-        const auto hora = cita.minutos == 0 ? -3600 : a.entero(8, 19) * 3600 + a.entero(0, 3) * 900;
+        const auto hora = cita.minutos == 0 ? 0 : a.entero(8, 19) * 3600 + a.entero(0, 3) * 900;
         meteCita(QString::fromUtf8(cita.titulo), cita.sitio, dia + hora, cita.minutos, i % 10 == 3);
     }
-    for (int i = 0; i < c.segun(6, 40, 300); ++i)
-        meteTarea(QString::fromUtf8(tareas[static_cast<size_t>(i) % tareas.size()]),
-                  ahoraDelTelefono + (5 - i) * 260'000, i > 4 && a.si(80));
+    for (size_t i = 0; i < tareas.size(); ++i)
+        meteTarea(QString::fromUtf8(tareas[i]), 1'480'000'000 + static_cast<qint64>(i) * 260'000, i == 1);
     base.empiezaDiario(false);
     meteCita(u"Café con Bego ☕️"_s, "La Central", ahoraDelTelefono + 86400, 60, false);
     c.recoge(base);

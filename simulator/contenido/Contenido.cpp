@@ -66,7 +66,7 @@ QString generarContenido(const QString &carpetaDelTelefono, const OpcionesConten
     c.gente = inventaGente(opciones);
     planeaCarrete(c);
     for (const auto hacer : {ponDatosDelTelefono, ponAplicaciones, ponCarrete, ponFotosSqlite, ponMensajes, ponWhatsApp,
-                             ponLlamadas, ponBuzon, ponNotas, ponCalendario, ponSafari, ponSalud, ponAgenda,
+                             ponLlamadas, ponBuzon, ponNotas, ponCalendario, ponRecordatorios, ponSafari, ponSalud, ponAgenda,
                              ponGrabadora, ponUsoDeRed, ponAjustes, ponClaves})
         hacer(c);
     if (!c.fallos.isEmpty()) {

@@ -125,6 +125,7 @@ void ponLlamadas(Contexto &c);
 void ponBuzon(Contexto &c);
 void ponNotas(Contexto &c);
 void ponCalendario(Contexto &c);
+void ponRecordatorios(Contexto &c);
 void ponSafari(Contexto &c);
 void ponSalud(Contexto &c);
 void ponAgenda(Contexto &c);

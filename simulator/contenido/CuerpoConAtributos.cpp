@@ -27,4 +27,28 @@ QByteArray cuerpoConAtributos(const QString &texto)
            QByteArray::fromHex("008484") + "\x07" + "NSValue" + QByteArray::fromHex("009484012a84999900868686");
 }
 
+QByteArray cuerpoConMencion(const QString &texto, const QByteArray &quien)
+{
+    const auto h = [](const char *hexadecimal) {
+        return QByteArray::fromHex(hexadecimal);
+    };
+    const auto con = [](const QByteArray &nombre) {
+        return numero(nombre.size()) + nombre;
+    };
+    const auto utf8 = texto.toUtf8();
+    const auto desde = texto.indexOf(u' ') + 1;
+    const auto palabra = texto.indexOf(u' ', desde) - desde;
+    const bool varios = desde > 0 && palabra > 0;
+    auto cuerpo = h("040b") + "streamtyped" + h("81e803840140848484") + con("NSMutableAttributedString") + h("008484") +
+                  con("NSAttributedString") + h("008484") + con("NSObject") + h("0085928484") + h("84") +
+                  con("NSMutableString") + h("018484") + con("NSString") + h("019584012b") + con(utf8) +
+                  h("868402694901") + numero(varios ? desde : texto.size()) + h("92848484") + con("NSDictionary") +
+                  h("00958401690192849898") + con("__kIMMessagePartAttributeName") + h("8692848484") + con("NSNumber") +
+                  h("008484") + con("NSValue") + h("009584012a849b9b008686");
+    if (varios)
+        cuerpo += h("9902") + numero(palabra) + h("92849a9b0292849898") + con("__kIMMentionConfirmedMention") +
+                  h("8692849898") + con(quien) + h("86929b929c869901") + numero(texto.size() - desde - palabra);
+    return cuerpo + h("86");
+}
+
 } // namespace simulado

@@ -22,7 +22,7 @@ CREATE TABLE CalendarItem (ROWID INTEGER PRIMARY KEY AUTOINCREMENT, summary TEXT
     modified_properties INTEGER, external_tracking_status INTEGER, external_id TEXT, external_mod_tag TEXT,
     unique_identifier TEXT, external_schedule_id TEXT, external_rep BLOB, response_comment TEXT, hidden INTEGER,
     has_recurrences INTEGER, has_attendees INTEGER, UUID TEXT, entity_type INTEGER, priority INTEGER, due_date REAL, due_tz TEXT,
-    due_all_day INTEGER, completion_date REAL, completed INTEGER, creation_date REAL, display_order INTEGER,
+    due_all_day INTEGER, completion_date REAL, creation_date REAL, display_order INTEGER,
     created_by_id INTEGER, modified_by_id INTEGER, shared_item_created_date REAL, shared_item_modified_date REAL,
     invitation_changed_properties INTEGER, default_alarm_removed INTEGER, phantom_master INTEGER, participation_status_date REAL,
     calendar_scale TEXT, travel_time INTEGER, travel_advisory_behavior INTEGER, start_location_id INTEGER,

@@ -132,7 +132,8 @@ void EscritorDeMensajes::escribeDialogo(CharlaDeMensajes &charla, qint64 momento
             m.reaccionA = anterior;
             m.reaccion = 2000 + static_cast<int>(a.entero(0, 5));
         } else if (a.si(14)) {
-            m.cuerpo = cuerpoConAtributos(turno.texto);
+            m.cuerpo = turno.texto.size() % 2 == 0 ? cuerpoConAtributos(turno.texto)
+                                                   : cuerpoConMencion(turno.texto, c.numeroPropio.toUtf8());
         } else {
             m.texto = turno.texto;
             m.cuerpo = a.si(60) ? cuerpoConAtributos(turno.texto) : QByteArray();
@@ -203,6 +204,15 @@ void EscritorDeMensajes::escribeRarezas()
     auto audio = m(false, 4000);
     audio.audio = true;
     mete(uno, audio);
+    // Deleted by the owner two days ago: the row stays, its chat lets go of it.
+    auto tirado = m(true, 3500);
+    tirado.texto = u"Esto mejor lo borro"_s;
+    const auto fila = QByteArray::number(mete(uno, tirado).first);
+    base.ejecuta(("DELETE FROM chat_message_join WHERE message_id = " + fila +
+                  "; INSERT INTO chat_recoverable_message_join (chat_id, message_id, delete_date) VALUES (" +
+                  QByteArray::number(uno.fila) + ", " + fila + ", " +
+                  QByteArray::number(nanos(ahoraDelTelefono - 172'800)) + ")")
+                     .constData());
     auto renombra = m(false, 3000);
     renombra.clase = 2;
     renombra.titulo = u"Finde en la sierra 🏔️"_s;
@@ -229,8 +239,8 @@ void EscritorDeMensajes::cierra()
 void ponMensajes(Contexto &c)
 {
     EscritorDeMensajes escritor(c);
-    // The nine rows of the oddities and the log belong to the total.
-    escritor.abreCharlas(c.segun<qint64>(80, 900, 500'000) - 9);
+    // The ten rows of the oddities and the log belong to the total.
+    escritor.abreCharlas(c.segun<qint64>(80, 900, 500'000) - 10);
     escritor.escribeTodo();
     escritor.escribeRarezas();
     escritor.cierra();

@@ -98,12 +98,15 @@ void ponNotas(Contexto &c)
         "ZISPASSWORDPROTECTED, ZMARKEDFORDELETION, ZISPINNED, ZNOTEDATA");
     Insercion datos(base, "ZICNOTEDATA", "Z_PK, Z_ENT, Z_OPT, ZNOTE, ZDATA");
     qint64 numero = 0;
-    auto mete = [&](const QString &texto, qint64 momento, bool cerrada) {
+    auto mete = [&](const QString &texto, qint64 momento, bool cerrada, bool tirada = false) {
         const auto titulo = texto.section(u'\n', 0, 0);
         const auto resumen = cerrada ? QString() : texto.section(u'\n', 1, 1);
-        const auto fila = nota.mete(entNota, 2, cuenta, carpetas[static_cast<size_t>(numero % 7 == 3 ? 1 : 0)],
+        const auto fila = nota.mete(entNota, 2, cuenta,
+                                    carpetas[static_cast<size_t>(tirada            ? 2
+                                                                 : numero % 7 == 3 ? 1
+                                                                                   : 0)],
                                     a.uuid(), titulo, resumen.isEmpty() ? std::nullopt : std::optional(resumen),
-                                    apple(momento - 86400), apple(momento), cerrada, 0, numero == 0, numero + 1);
+                                    apple(momento - 86400), apple(momento), cerrada, tirada, numero == 0, numero + 1);
         ++numero;
         // A locked note's body is cipher text: no reader may take it for gzip.
         datos.mete(numero, entDatos, 1, fila, cerrada ? a.bytes(180) : cuerpoDeNota(texto));
@@ -119,6 +122,7 @@ void ponNotas(Contexto &c)
     mete(u"Claves del banco"_s, ahoraDelTelefono - 700'000, true);
     mete(u"Un título larguísimo que sigue y sigue "_s.repeated(8) + u"\nY poco dentro."_s, ahoraDelTelefono - 600'000,
          false);
+    mete(u"Discurso que no di\nQueridos todos:"_s, ahoraDelTelefono - 500'000, false, true);
     ponCoreData(base, a.uuid(),
                 {{"ICCloudSyncingObject", 3, numero + 6},
                  {"ICNote", entNota, 0},
