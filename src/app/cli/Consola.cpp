@@ -19,22 +19,61 @@ void escribir(std::FILE *salida, const QByteArray &bytes)
     std::fflush(salida);
 }
 
+/// Control characters, of either set, and the signs that turn the order of letters around.
+bool manda(char16_t letra)
+{
+    return letra < 0x20 || (letra >= 0x7F && letra < 0xA0) || letra == 0x061C || letra == 0x200E || letra == 0x200F ||
+           (letra >= 0x2028 && letra <= 0x202E) || (letra >= 0x2066 && letra <= 0x2069);
+}
+
+/// As a terminal may show it. Line feeds stay where the text is our own; what else ends a line or a field is a blank.
+QString inofensivo(QString texto, bool conLineas)
+{
+    for (auto &letra : texto) {
+        if (!manda(letra.unicode()) || (conLineas && letra == u'\n'))
+            continue;
+        letra = letra == u'\n' || letra == u'\t' || letra == u'\r' ? QChar(u' ') : QChar(QChar::ReplacementCharacter);
+    }
+    return texto;
+}
+
+/// JSON may name any character instead of holding it.
+QString inofensivo(const QByteArray &json)
+{
+    QString salida;
+    for (const auto letra : QString::fromUtf8(json)) {
+        if (manda(letra.unicode()) && letra != u'\n')
+            salida += u"\\u%1"_s.arg(letra.unicode(), 4, 16, QChar(u'0'));
+        else
+            salida += letra;
+    }
+    return salida;
+}
+
 } // namespace
 
 void resultado(const QString &linea)
 {
-    escribir(stdout, linea.toUtf8() + '\n');
+    escribir(stdout, inofensivo(linea, true).toUtf8() + '\n');
+}
+
+void resultado(const QStringList &campos)
+{
+    QStringList limpios;
+    for (const auto &campo : campos)
+        limpios << inofensivo(campo, false);
+    escribir(stdout, limpios.join(u'\t').toUtf8() + '\n');
 }
 
 void resultado(const QJsonDocument &documento)
 {
-    escribir(stdout, documento.toJson(QJsonDocument::Indented));
+    escribir(stdout, inofensivo(documento.toJson(QJsonDocument::Indented)).toUtf8());
 }
 
 void palabras(const QString &linea)
 {
     borrarAvance();
-    escribir(stderr, linea.toUtf8() + '\n');
+    escribir(stderr, inofensivo(linea, true).toUtf8() + '\n');
 }
 
 bool hayTerminal()
@@ -46,7 +85,7 @@ bool hayTerminal()
 void avance(const QString &linea)
 {
     if (hayTerminal())
-        escribir(stderr, "\r\033[K" + linea.toUtf8());
+        escribir(stderr, "\r\033[K" + inofensivo(linea, false).toUtf8());
 }
 
 void borrarAvance()

@@ -45,7 +45,7 @@ int ordenBuscar(const OpcionesDeOrden &opciones)
                                  {u"extracto"_s, uno.extracto},
                                  {u"fichero"_s, uno.fichero}};
         else
-            Consola::resultado(QStringList{uno.tipo, uno.titulo, uno.extracto, uno.fichero}.join(u'\t'));
+            Consola::resultado(QStringList{uno.tipo, uno.titulo, uno.extracto, uno.fichero});
     }
     if (opciones.json)
         Consola::resultado(QJsonDocument(lista));

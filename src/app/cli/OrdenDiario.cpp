@@ -12,7 +12,7 @@ namespace vellora
 namespace
 {
 
-QString enPalabras(const Actividad &una)
+QStringList enPalabras(const Actividad &una)
 {
     auto cuando = una.cuandoEnPalabras();
     if (const auto duracion = una.duracion())
@@ -20,7 +20,7 @@ QString enPalabras(const Actividad &una)
     QStringList trozos{cuando, textoDeEstado(una.estado), una.titulo, una.detalle};
     if (una.carpeta)
         trozos << *una.carpeta;
-    return trozos.join(u'\t');
+    return trozos;
 }
 
 } // namespace

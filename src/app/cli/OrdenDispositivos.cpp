@@ -16,14 +16,14 @@ namespace vellora
 namespace
 {
 
-QString enPalabras(const Dispositivo &uno)
+QStringList enPalabras(const Dispositivo &uno)
 {
     QStringList trozos{uno.nombre, uno.modelo(), u"iOS "_s + uno.sistema};
     if (uno.bateria)
         trozos << u"%1 %%2"_s.arg(*uno.bateria).arg(uno.cargando ? u" cargando"_s : QString());
     if (uno.libresBytes)
         trozos << u"%1 libres de %2"_s.arg(Formato::tamano(uno.libresBytes), Formato::tamano(uno.totalBytes));
-    return trozos.join(u" · "_s) + u'\t' + uno.id;
+    return {trozos.join(u" · "_s), uno.id};
 }
 
 QJsonObject enJson(const Dispositivo &uno)

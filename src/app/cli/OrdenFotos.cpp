@@ -76,8 +76,7 @@ int listar(const OpcionesDeOrden &opciones)
                 lista << enJson(foto);
             else
                 Consola::resultado(QStringList{foto.ruta, QString::number(foto.bytes), foto.tipo,
-                                               foto.copiado ? u"copiado"_s : u"sin copiar"_s, foto.estado}
-                                       .join(u'\t'));
+                                               foto.copiado ? u"copiado"_s : u"sin copiar"_s, foto.estado});
         }
         if (opciones.json)
             Consola::resultado(QJsonDocument(lista));
