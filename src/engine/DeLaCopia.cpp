@@ -7,6 +7,8 @@
 #include <QFile>
 #include <QStringList>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace vellora::motor
@@ -17,6 +19,52 @@ namespace
 
 constexpr qint64 holgura = 64LL * 1000 * 1000;
 constexpr qint64 maximoDeQuejas = 20;
+// What a job's log keeps room for, one a line and then many; nobody reads further.
+constexpr qsizetype faltasDeUnaEnUna = 100;
+constexpr qsizetype letrasPorLinea = 900;
+constexpr qsizetype maximoDeFaltas = 10'000;
+
+/// What could not be taken out, to be told at the end. Files that are missing are named whatever else went wrong.
+class Quejas
+{
+public:
+    void anotar(const QByteArray &ruta, const QString &motivo)
+    {
+        if (motivo != QString::fromUtf16(Sacador::falta)) {
+            if (otras.size() < maximoDeQuejas)
+                otras << linea(ruta, motivo);
+        } else if (++cuantasFaltan <= maximoDeFaltas) {
+            faltan << QString::fromUtf8(ruta);
+        }
+    }
+    void contar(Avisos &avisar) const
+    {
+        for (const auto &una : otras)
+            avisar.linea(una);
+        for (const auto &ruta : faltan.first(std::min(faltasDeUnaEnUna, faltan.size())))
+            avisar.linea(linea(ruta.toUtf8(), QString::fromUtf16(Sacador::falta)));
+        QString juntas;
+        for (const auto &ruta : faltan.mid(faltasDeUnaEnUna)) {
+            if (juntas.size() + ruta.size() > letrasPorLinea)
+                avisar.linea(std::exchange(juntas, QString()));
+            juntas += (juntas.isEmpty() ? u"También faltan en la copia: "_s : u", "_s) + ruta;
+        }
+        if (!juntas.isEmpty())
+            avisar.linea(juntas);
+        if (cuantasFaltan > maximoDeFaltas)
+            avisar.linea(u"Y faltan %1 más."_s.arg(cuantasFaltan - maximoDeFaltas));
+    }
+
+private:
+    static QString linea(const QByteArray &ruta, const QString &motivo)
+    {
+        return u"No se pudo sacar %1: %2."_s.arg(QString::fromUtf8(ruta), motivo);
+    }
+
+    QStringList otras;
+    QStringList faltan;
+    qint64 cuantasFaltan = 0;
+};
 
 } // namespace
 
@@ -45,14 +93,12 @@ Resultado<CopiaAbierta> abrirLaCopia(const QString &udid, const QString &copias,
 int sacarDeLaCopia(const Sacador &sacador, const QString &destino, const Sacador::Avance &avance, Avisos &avisar,
                    Cuenta &cuenta)
 {
-    QStringList quejas;
+    Quejas quejas;
     const auto queja = [&](const QByteArray &ruta, const QString &motivo) {
-        if (quejas.size() < maximoDeQuejas)
-            quejas << u"No se pudo sacar %1: %2."_s.arg(QString::fromUtf8(ruta), motivo);
+        quejas.anotar(ruta, motivo);
     };
     const auto parada = sacador.sacar(destino, avance, queja, cuenta);
-    for (const auto &linea : quejas)
-        avisar.linea(linea);
+    quejas.contar(avisar);
     if (Interrupcion::pedida())
         return Interrupcion::estado;
     if (parada)

@@ -170,12 +170,15 @@ private:
         }
         const auto origen = abrirAjeno(*deLaCopia, nombreEnLaCopia(encargo.id));
         if (!origen)
-            return fallar(encargo.relativa, u"falta en la copia"_s);
+            return fallar(encargo.relativa, QString::fromUtf16(Sacador::falta));
         const auto escrito = carpeta.nuevo(numero);
         if (!escrito)
             return parar(enPalabras(errno == ENOSPC ? FinDeFichero::SinSitio : FinDeFichero::NoSeEscribe));
 
-        const auto fin = pasarFichero(*origen, *escrito, clave, Relleno::Quitar, almacen);
+        auto fin = pasarFichero(*origen, *escrito, clave, Relleno::Quitar, almacen);
+        // An empty file has no block to be padded. One that the list knows to be longer was cut at its very beginning.
+        if (fin == FinDeFichero::Cortado && datos->tamano == 0 && lseek(*origen, 0, SEEK_END) == 0)
+            fin = FinDeFichero::Entero;
         if (fin == FinDeFichero::Ilegible)
             return fallar(encargo.relativa, enPalabras(fin));
         if (fin != FinDeFichero::Entero && fin != FinDeFichero::Cortado)

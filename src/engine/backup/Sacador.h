@@ -41,6 +41,9 @@ public:
     /// A file that could not be taken out whole, and why. Called from the working threads, one at a time.
     using Queja = std::function<void(const QByteArray &ruta, const QString &motivo)>;
 
+    /// The reason of a file that the list has and the backup has not.
+    static constexpr auto falta = u"falta en la copia";
+
     enum class Colocado { Nuevo, YaEstaba, Negado };
     /// Gives a working file its name in the destination. Called from the working threads, several at a time, each with
     /// its own folder.
