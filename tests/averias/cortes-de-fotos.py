@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
-"""Copies photos off a phone and frees it, cut short at random: cortes-de-fotos.py ENGINE SIMULATOR MUERE RUNS [SEED]
+"""Copies photos off a phone, frees it and recovers them from a backup, cut short at random: cortes-de-fotos.py ENGINE SIMULATOR MUERE RUNS [SEED]
 
 Each run ends by a kill (at a step that lasts on the disk, or at any moment), a request to end, the cable out (inside a
-file, or at any moment), a disk that fills up, or by itself. After each, every photo must exist whole on the phone or
+file, or at any moment), a disk that fills up, a second copy into the same folder, or by itself. After each, every photo must exist whole on the phone or
 under its name in the folder; nothing half may stand under a name; and a run that nobody cuts brings no byte that was
 not missing. Run it by `unshare --mount`, as root where that is possible, so that the folder can have a disk of its own
 to fill up. A disk that is memory is filled by copies alone, since nothing is freed against it; without any, that ending
@@ -23,7 +23,8 @@ import threading
 import time
 
 UDID = "00008120-000A1B2C3D4C1E9A"
-FINALES = ["matar", "matar en un paso", "pedir que acabe", "cable en un fichero", "cable", "ninguno"]
+FINALES = ["segundo programa", "matar", "matar en un paso", "pedir que acabe", "cable en un fichero", "cable", "ninguno"]
+CON_OTRO_HILO = ("matar", "pedir que acabe", "cable", "disco lleno", "segundo programa")
 DISCO = 400  # MiB
 
 
@@ -75,7 +76,8 @@ class Prueba:
 
     def lanzar(self, orden: str, **mas) -> subprocess.Popen:
         entorno = dict(os.environ, CONFIRMADO="SI" if orden == "liberar" else "NO", **mas)
-        return subprocess.Popen([self.motor, orden, UDID, self.fotos], env=entorno, stdout=subprocess.PIPE, text=True)
+        palabras = [UDID, self.copias, self.fotos] if orden == "recuperar-carrete" else [UDID, self.fotos]
+        return subprocess.Popen([self.motor, orden, *palabras], env=entorno, stdout=subprocess.PIPE, text=True)
 
     def llenar(self) -> None:
         """Somebody else takes the room that was there when the copy began."""
@@ -98,9 +100,11 @@ class Prueba:
                 self.telefono.orden(orden="desconectar")
             elif final == "disco lleno":
                 self.llenar()
+            elif final == "segundo programa":
+                self.lanzar("copiar").communicate(timeout=60)
             elif hijo.poll() is None:
                 hijo.send_signal(signal.SIGKILL if final == "matar" else signal.SIGTERM)
-        aparte = threading.Thread(target=despues) if final in ("matar", "pedir que acabe", "cable", "disco lleno") else None
+        aparte = threading.Thread(target=despues) if final in CON_OTRO_HILO else None
         if aparte:
             aparte.start()
         try:
@@ -128,12 +132,31 @@ class Prueba:
         if de_antes - sumas:
             self.males.append(f"{que}: se ha perdido una foto de antes")
 
+    def anotadas(self) -> set[str]:
+        """The phone's files whose last note is of this very file."""
+        notas = self.fotos / f".vellora-huellas-{UDID}"
+        lineas = [linea.split("\t") for linea in notas.read_text().splitlines()] if notas.exists() else []
+        ultimas = {partes[3]: partes for partes in lineas if len(partes) == 11}
+        def es_esta(nombre: str, partes: list[str]) -> bool:
+            suya = self.telefono.carrete / nombre
+            return suya.exists() and suya.stat().st_mtime_ns == int(partes[6]) and partes[4] != ""
+        return {nombre for nombre, partes in ultimas.items() if es_esta(nombre, partes)}
+
+    def hacer_copia(self, copiadora: pathlib.Path, telefono: pathlib.Path) -> bool:
+        """A backup of the phone as it is now, to recover from."""
+        self.copias = telefono.parent.parent / "copias"
+        shutil.rmtree(self.copias, ignore_errors=True)
+        orden = [copiadora, "--telefono", telefono, "--copia", self.copias / UDID]
+        return copiadora.exists() and subprocess.run(orden, stdout=subprocess.DEVNULL, check=False).returncode == 0
+
     def sin_cortes(self, originales: dict[str, tuple[str, int]]) -> None:
         """A copy that ends brings what is missing and nothing else."""
         for _ in range(4):  # a cut that was ordered before and did not come may come now
             hay = {suma for suma, _ in contenidos(self.fotos).values()}
+            anotadas = self.anotadas()
+            # Of what was named but not noted, or brought by a recovery, only the phone's bytes tell that it is there.
             falta = sum(largo for n, (_, largo) in contenidos(self.telefono.carrete).items()
-                        if originales[n][0] not in hay)
+                        if originales[n][0] not in hay or n not in anotadas)
             hijo = self.lanzar("copiar")
             salida, _ = hijo.communicate(timeout=60)
             self.telefono.orden(orden="conectar")
@@ -167,7 +190,8 @@ def main() -> int:
         tipo = montar(disco, raiz / "imagen")
         telefono = Telefono(simulador, raiz)
         try:
-            mal = probar(motor, muere, telefono, disco, tipo, vueltas, random.Random(semilla))
+            copiadora = next(pathlib.Path(simulador).parent.rglob("copia-simulada"), pathlib.Path("no-hay"))
+            mal = probar(motor, muere, telefono, disco, tipo, vueltas, random.Random(semilla), copiadora)
         finally:
             telefono.proceso.stdin.close()
             telefono.proceso.wait(20)
@@ -176,7 +200,7 @@ def main() -> int:
     return mal
 
 
-def probar(motor, muere, telefono, disco, tipo, vueltas, azar) -> int:
+def probar(motor, muere, telefono, disco, tipo, vueltas, azar, copiadora) -> int:
     prueba = Prueba(motor, muere, telefono, azar)
     aparte = disco.with_name("aparte")
     hechas, vida = 0, 0
@@ -194,8 +218,9 @@ def probar(motor, muere, telefono, disco, tipo, vueltas, azar) -> int:
         carrete_nuevo(telefono.carrete, azar)
         originales = contenidos(telefono.carrete)
         de_antes = {suma for suma, _ in contenidos(prueba.fotos).values()}
+        hay_copia = prueba.hacer_copia(copiadora, telefono.carrete.parent.parent)
         for _ in range(azar.randint(4, 12)):
-            orden = azar.choice(ordenes)
+            orden = azar.choice(ordenes + ("recuperar-carrete",) * hay_copia)
             final = azar.choice(finales)
             prueba.cortada(orden, final)
             prueba.revisar(f"{orden}, {final}", originales, de_antes)
