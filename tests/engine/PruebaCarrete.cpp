@@ -321,6 +321,7 @@ void PruebaCarrete::copiarNombresRaros()
 void PruebaCarrete::copiarDosALaVez()
 {
     const auto todo = enElTelefono();
+    QCOMPARE(copiar().codigo, 0);
     QVERIFY(escribirFichero(media + u"/DCIM/106APPLE/IMG_6001.MOV"_s, QByteArray(30'000'000, 'v')));
     QVERIFY(telefono->orden({{u"orden"_s, u"frenar"_s}, {u"bytes_por_segundo"_s, 300'000}})[u"bien"_s].toBool());
     QProcess lento;
@@ -329,10 +330,13 @@ void PruebaCarrete::copiarDosALaVez()
         return !QDir(fotos).entryList({u".vellora-parcial-*"_s}, QDir::Files | QDir::Hidden).isEmpty();
     };
     QTRY_VERIFY_WITH_TIMEOUT(escribiendo(), 30'000);
-    // A second one leaves the folder to the first.
+    // A second one leaves the folder to the first; so does a deletion.
     const auto segundo = copiar();
     QVERIFY2(segundo.codigo == 1 && segundo.todo().contains(u"Otro programa está escribiendo"),
              qPrintable(segundo.todo()));
+    const auto borrado = liberar(true);
+    QVERIFY2(borrado.todo().contains(u"Otro programa está escribiendo"), qPrintable(borrado.todo()));
+    QCOMPARE(enElTelefono().size(), todo.size() + 1);
     QVERIFY(lento.state() == QProcess::Running && escribiendo());
     lento.kill();
     QVERIFY(lento.waitForFinished());

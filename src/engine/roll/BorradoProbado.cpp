@@ -39,6 +39,10 @@ std::optional<QString> BorradoProbado::preparar(const std::vector<FotoEntera> &f
     if (!abierta)
         return abierta.motivo();
     prueba.emplace(*std::move(abierta));
+    // Once it is known that the folder is not the phone's.
+    cerrojo.emplace(CerrojoDeCarpeta::tomar(carpeta));
+    if (auto motivo = cerrojo->impedimento())
+        return motivo;
     auto abiertaLista = ListaDeBorradas::abrir(carpeta);
     if (!abiertaLista)
         return abiertaLista.motivo();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/CerrojoDeCarpeta.h"
 #include "engine/Avisos.h"
 #include "engine/roll/ListaDeBorradas.h"
 #include "engine/roll/PruebaDeCopia.h"
@@ -54,6 +55,7 @@ private:
     Avisos &avisar;
     CuentaDeBorrado &cuenta;
     Avance avance;
+    std::optional<CerrojoDeCarpeta> cerrojo; ///< nobody else writes where the copies are
     std::optional<PruebaDeCopia> prueba;
     std::optional<ListaDeBorradas> lista;
     bool esLaPrimera = true; ///< no file has gone yet

@@ -185,7 +185,9 @@ QByteArrayList Copiadas::candidatas(const FicheroDelCarrete &fichero) const
         nombres << nombreDe(suya->relativa);
     std::vector<std::pair<int, QByteArray>> halladas;
     for (const auto &nombre : nombres) {
-        for (const auto &local : porNombre.value(nombre)) {
+        const auto hallados = porNombre.constFind(nombre);
+        for (size_t i = 0; hallados != porNombre.cend() && i < hallados->size(); ++i) {
+            const auto &local = (*hallados)[i];
             if (local.tamano != fichero.ficha.tamano)
                 continue;
             const bool esDeEntonces =
