@@ -5,11 +5,31 @@
 #include "core/Tarea.h"
 
 #include <QDir>
+#include <QFileInfo>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
 namespace vellora
 {
+
+namespace
+{
+
+Actividad avisoDeDanado()
+{
+    Actividad aviso;
+    aviso.id = QUuid::createUuid();
+    aviso.titulo = u"Historial de actividad"_s;
+    aviso.detalle = u"El historial estaba dañado y no se puede leer. Lo aparto sin borrarlo y empiezo uno nuevo."_s;
+    aviso.estado = Actividad::Estado::Mal;
+    aviso.empezo = QDateTime::currentDateTimeUtc();
+    aviso.termino = aviso.empezo;
+    return aviso;
+}
+
+} // namespace
 
 QString Actividad::icono() const
 {
@@ -42,9 +62,12 @@ std::optional<QString> Actividad::duracion() const
     return palabras.remove(u"unos "_s).remove(u"unas "_s);
 }
 
-Diario::Diario(const QString &ruta, QObject *padre) : QAbstractListModel(padre), fichero(ruta)
+Diario::Diario(const QString &ruta, QObject *padre) : QAbstractListModel(padre), fichero(ruta), cerrojo(ruta)
 {
-    cargar();
+    actividades = junta();
+    connect(&vigia, &QFileSystemWatcher::directoryChanged, this, &Diario::releer);
+    if (QFileInfo::exists(fichero))
+        vigia.addPath(QFileInfo(fichero).path());
 }
 
 QString Diario::ficheroPorDefecto()
@@ -52,28 +75,84 @@ QString Diario::ficheroPorDefecto()
     return QDir::homePath() + u"/Vellora/actividad.json"_s;
 }
 
-void Diario::cargar()
+QList<Actividad> Diario::delFichero()
 {
-    actividades = leerDiario(fichero);
-    for (auto &una : actividades) {
-        if (una.estado == Actividad::Estado::EnMarcha) {
+    bool ilegible = false;
+    auto leidas = leerDiario(fichero, &ilegible);
+    if (ilegible && !aviso_)
+        aviso_ = avisoDeDanado();
+    QList<Actividad> quedan;
+    for (auto &una : leidas) {
+        if (propias.contains(una.id) && posicion(una.id) < 0)
+            continue; // there were too many, or the owner removed it
+        if (una.estado == Actividad::Estado::EnMarcha && !propias.contains(una.id) && !cerrojo.correEnOtro(una.id)) {
             una.estado = Actividad::Estado::Cancelada;
             una.detalle = u"Se cerró la app"_s;
         }
+        quedan << una;
     }
+    return quedan;
 }
 
-void Diario::guardar() const
+QList<Actividad> Diario::junta()
 {
+    auto todas = delFichero();
+    qsizetype delante = 0;
+    if (aviso_ && !propias.contains(aviso_->id)) {
+        propias << aviso_->id;
+        todas.prepend(*aviso_);
+        ++delante;
+    }
+    for (const auto &una : std::as_const(actividades)) {
+        if (!propias.contains(una.id))
+            continue;
+        const auto suya = std::find_if(todas.begin(), todas.end(), [&](const auto &otra) { return otra.id == una.id; });
+        if (suya != todas.end())
+            *suya = una;
+        else
+            todas.insert(delante++, una);
+    }
+    if (todas.size() > maximo)
+        todas.resize(maximo);
+    return todas;
+}
+
+void Diario::poner(const QList<Actividad> &nueva)
+{
+    if (nueva == actividades)
+        return;
+    beginResetModel();
+    actividades = nueva;
+    endResetModel();
+}
+
+void Diario::guardar(Lista como)
+{
+    if (!cerrojo.tomarTurno())
+        return;
+    poner(como == Lista::Vacia ? QList<Actividad>() : junta());
+    apartarDiario(fichero);
     escribirDiario(fichero, actividades);
+    cerrojo.dejarTurno();
+    if (vigia.directories().isEmpty())
+        vigia.addPath(QFileInfo(fichero).path());
+}
+
+void Diario::releer()
+{
+    const auto antes = actividades;
+    poner(junta());
+    if (actividades != antes)
+        emit cambio();
 }
 
 QUuid Diario::empezar(const QString &titulo)
 {
     // The oldest entry is spared on purpose: what it says stays as it was written.
     for (qsizetype i = 0; i + 1 < actividades.size(); ++i) {
-        if (actividades[i].estado == Actividad::Estado::EnMarcha) {
+        if (actividades[i].estado == Actividad::Estado::EnMarcha && propias.contains(actividades[i].id)) {
             actividades[i].estado = Actividad::Estado::Cancelada;
+            cerrojo.parar(actividades[i].id);
             filaCambiada(i);
         }
     }
@@ -82,6 +161,8 @@ QUuid Diario::empezar(const QString &titulo)
     nueva.titulo = titulo;
     nueva.detalle = u"Empezando…"_s;
     nueva.empezo = QDateTime::currentDateTimeUtc();
+    propias << nueva.id;
+    cerrojo.correr(nueva.id);
     beginInsertRows({}, 0, 0);
     actividades.prepend(nueva);
     endInsertRows();
@@ -114,8 +195,9 @@ void Diario::terminar(const QUuid &id, bool bien, const QString &detalle, const 
     una.detalle = detalle;
     una.termino = QDateTime::currentDateTimeUtc();
     una.carpeta = carpeta;
-    guardar();
     filaCambiada(fila);
+    guardar();
+    cerrojo.parar(id);
     emit cambio();
 }
 
@@ -133,7 +215,8 @@ void Diario::borrarTodo()
     beginResetModel();
     actividades.clear();
     endResetModel();
-    guardar();
+    aviso_.reset();
+    guardar(Lista::Vacia);
     emit cambio();
 }
 

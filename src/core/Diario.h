@@ -1,7 +1,10 @@
 #pragma once
 
+#include "core/CerrojoDelDiario.h"
+
 #include <QAbstractListModel>
 #include <QDateTime>
+#include <QFileSystemWatcher>
 #include <QList>
 #include <QSet>
 #include <QString>
@@ -38,7 +41,12 @@ struct Actividad {
 ///
 /// The file is a compact JSON array of objects with the keys id, titulo, detalle, estado ("enMarcha", "bien", "mal",
 /// "cancelada"), empezo, termino and carpeta, in this order; dates are seconds since 2001-01-01 UTC; keys without a
-/// value are left out. No failure to read or write reaches the owner. Main thread only.
+/// value are left out. Main thread only.
+///
+/// Several programs write to one file. Each knows which entries it began: it writes those as it has them, all others
+/// as they stand in the file, under a lock; what the others write shows here soon after. A malformed entry is left out;
+/// a file that is no journal is set aside under another name at the next writing, and an entry tells of it. A failure
+/// to write does not reach the owner: the entries stay in memory for the next time.
 class Diario : public QAbstractListModel
 {
     Q_OBJECT
@@ -58,7 +66,7 @@ public:
     };
     static constexpr int maximo = 120;
 
-    /// Reads the file; entries that the last run left open become "cancelada", "Se cerró la app".
+    /// Reads the file; entries that were left open by a program that has ended become "cancelada", "Se cerró la app".
     explicit Diario(const QString &fichero = ficheroPorDefecto(), QObject *padre = nullptr);
     static QString ficheroPorDefecto();
 
@@ -85,13 +93,23 @@ signals:
     void cambio();
 
 private:
-    void cargar();
-    void guardar() const;
+    enum class Lista { Junta, Vacia };
+    /// What the file holds, without those of this program that it has dropped.
+    QList<Actividad> delFichero();
+    /// This program's entries with those of the file.
+    QList<Actividad> junta();
+    void poner(const QList<Actividad> &nueva);
+    void guardar(Lista como = Lista::Junta);
+    void releer();
     qsizetype posicion(const QUuid &id) const;
     void filaCambiada(qsizetype fila);
 
     QString fichero;
+    CerrojoDelDiario cerrojo;
+    QFileSystemWatcher vigia; ///< of the folder: the file is another one after each writing
     QList<Actividad> actividades;
+    QSet<QUuid> propias;             ///< begun by this program
+    std::optional<Actividad> aviso_; ///< of a file that is no journal
     QSet<QUuid> vistas;
 };
 

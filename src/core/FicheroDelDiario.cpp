@@ -1,5 +1,7 @@
 #include "core/FicheroDelDiario.h"
 
+#include "core/FicheroAjeno.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -7,10 +9,14 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSaveFile>
+#include <QSet>
 #include <QTimeZone>
 
 #include <array>
+#include <cerrno>
 #include <cmath>
+#include <cstdio>
+#include <fcntl.h>
 
 using namespace Qt::StringLiterals;
 
@@ -104,21 +110,43 @@ QString textoDeEstado(Estado estado)
     return {};
 }
 
-QList<Actividad> leerDiario(const QString &fichero)
+QList<Actividad> leerDiario(const QString &fichero, bool *ilegible)
 {
-    QFile archivo(fichero);
-    if (!archivo.open(QIODevice::ReadOnly))
-        return {};
-    const auto documento = QJsonDocument::fromJson(archivo.readAll());
+    constexpr qint64 maximo = 16LL * 1024 * 1024;
+    const QFileInfo info(fichero);
+    const auto bytes = leerAjeno(fichero, maximo);
+    const auto documento = QJsonDocument::fromJson(bytes.value_or(QByteArray()));
+    if (ilegible != nullptr)
+        *ilegible = (info.exists() || info.isSymLink()) && !documento.isArray();
     QList<Actividad> actividades;
+    QSet<QUuid> vistas;
     const auto lista = documento.array();
     for (const auto &valor : lista) {
         const auto una = actividadDe(valor.toObject());
-        if (!una)
-            return {};
+        if (!una || vistas.contains(una->id))
+            continue;
+        vistas << una->id;
         actividades << *una;
     }
     return actividades;
+}
+
+QString apartarDiario(const QString &fichero)
+{
+    bool ilegible = false;
+    leerDiario(fichero, &ilegible);
+    if (!ilegible)
+        return {};
+    const auto ahora = QDateTime::currentDateTime().toString(u"yyyy-MM-dd HH.mm.ss"_s);
+    for (int vez = 1; vez < 100; ++vez) {
+        const auto nombre = fichero + u".apartado "_s + ahora + (vez > 1 ? u" (%1)"_s.arg(vez) : QString());
+        const auto a = QFile::encodeName(nombre);
+        if (renameat2(AT_FDCWD, QFile::encodeName(fichero).constData(), AT_FDCWD, a.constData(), RENAME_NOREPLACE) == 0)
+            return nombre;
+        if (errno != EEXIST)
+            break;
+    }
+    return {};
 }
 
 QByteArray diarioEnJson(const QList<Actividad> &actividades)
@@ -135,6 +163,7 @@ void escribirDiario(const QString &fichero, const QList<Actividad> &actividades)
     QSaveFile archivo(fichero);
     if (!archivo.open(QIODevice::WriteOnly))
         return;
+    archivo.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
     archivo.write(diarioEnJson(actividades));
     (void)archivo.commit(); // a failure leaves the old file, and the job must not notice
 }

@@ -10,6 +10,10 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 using namespace Qt::StringLiterals;
 using namespace vellora;
 
@@ -47,8 +51,12 @@ private slots:
     }
     void laFormaDelFichero();
     void loQueQuedoAbierto();
+    void entradasRotas_data();
+    void entradasRotas();
     void ficherosRotos_data();
     void ficherosRotos();
+    void variosProgramas();
+    void todosALaVez();
     void masDeCientoVeinte();
     void unTrabajoNuevoCierraLosDemasMenosElMasViejo();
     void vistasHastaReiniciar();
@@ -101,30 +109,119 @@ void PruebaDiario::loQueQuedoAbierto()
     QCOMPARE(leer(fichero), bytes); // reading does not write
 }
 
+void PruebaDiario::entradasRotas_data()
+{
+    QTest::addColumn<QByteArray>("rota");
+    const QByteArray bien = entradaBien;
+    QTest::newRow("a state that does not exist") << QByteArray(bien).replace("\"bien\"", "\"regular\"");
+    QTest::newRow("a date as text") << QByteArray(bien).replace("785000000.25", "\"ayer\"");
+    QTest::newRow("no title") << QByteArray(bien).replace("titulo", "tItulo");
+    QTest::newRow("no UUID") << QByteArray(bien).replace("6F9619FF", "zzz");
+    QTest::newRow("a number") << QByteArray("3");
+    QTest::newRow("the same again") << QByteArray(bien).replace("6F9619FF", "8F9619FF");
+}
+
+/// One bad entry costs that entry.
+void PruebaDiario::entradasRotas()
+{
+    QFETCH(QByteArray, rota);
+    QVERIFY(QDir().mkpath(QFileInfo(fichero).path()));
+    const auto buena = QByteArray(entradaBien).replace("6F9619FF", "8F9619FF");
+    const auto bytes = "[" + buena + "," + rota + "," + QByteArray(entradaBien).replace("6F9619FF", "9F9619FF") + "]";
+    escribir(fichero, bytes);
+    Diario diario(fichero);
+    QCOMPARE(diario.cuantas(), 2);
+    QCOMPARE(leer(fichero), bytes);
+    diario.empezar(u"Uno"_s);
+    QCOMPARE(Diario(fichero).cuantas(), 3);
+}
+
 void PruebaDiario::ficherosRotos_data()
 {
     QTest::addColumn<QByteArray>("bytes");
-    const QByteArray bien = entradaBien;
     QTest::newRow("empty") << QByteArray();
-    QTest::newRow("no JSON") << QByteArray("[{\"id\":");
-    QTest::newRow("an object and no list") << bien;
-    QTest::newRow("a state that does not exist") << "[" + QByteArray(bien).replace("\"bien\"", "\"regular\"") + "]";
-    QTest::newRow("a date as text") << "[" + QByteArray(bien).replace("785000000.25", "\"ayer\"") + "]";
-    QTest::newRow("no title") << "[" + bien + "," + QByteArray(bien).replace("titulo", "tItulo") + "]";
-    QTest::newRow("no UUID") << "[" + QByteArray(bien).replace("6F9619FF", "zzz") + "]";
-    QTest::newRow("a number among them") << "[" + bien + ",3]";
+    QTest::newRow("cut short") << QByteArray("[{\"id\":");
+    QTest::newRow("an object and no list") << QByteArray(entradaBien);
+    QTest::newRow("no JSON at all") << QByteArray(100'000, '\xfe');
+    QTest::newRow("nested without an end") << QByteArray(1'000'000, '[');
+    QTest::newRow("far too long") << '[' + QByteArray(20'000'000, ' ') + ']';
+    QTest::newRow("a pipe") << QByteArray("pipe");
 }
 
+/// What is no journal is set aside as it is, and told.
 void PruebaDiario::ficherosRotos()
 {
     QFETCH(QByteArray, bytes);
-    QVERIFY(QDir().mkpath(QFileInfo(fichero).path()));
-    escribir(fichero, bytes);
+    QDir().mkpath(QFileInfo(fichero).path());
+    QDir donde(QFileInfo(fichero).path());
+    for (const auto &viejo : donde.entryList(QDir::Files | QDir::System | QDir::Hidden))
+        donde.remove(viejo);
+    if (bytes == "pipe")
+        QCOMPARE(mkfifo(fichero.toUtf8().constData(), 0600), 0);
+    else
+        escribir(fichero, bytes);
     Diario diario(fichero);
-    QCOMPARE(diario.cuantas(), 0);
-    QCOMPARE(leer(fichero), bytes);
+    QCOMPARE(diario.cuantas(), 1);
+    QCOMPARE(diario.fallidas(), 1);
+    QVERIFY(diario.lista().first().detalle.contains(u"Lo aparto sin borrarlo"_s));
+    if (bytes != "pipe")
+        QCOMPARE(leer(fichero), bytes); // reading changes nothing
     diario.empezar(u"Uno"_s);
-    QCOMPARE(Diario(fichero).cuantas(), 1);
+    const auto apartados = donde.entryList({u"actividad.json.apartado *"_s}, QDir::Files | QDir::System);
+    QCOMPARE(apartados.size(), 1);
+    if (bytes != "pipe")
+        QCOMPARE(leer(donde.filePath(apartados.first())), bytes);
+    const Diario otro(fichero);
+    QCOMPARE(otro.cuantas(), 2);
+    QCOMPARE(otro.lista().last().titulo, u"Historial de actividad"_s);
+}
+
+/// The window, a command and the weekly backup write side by side.
+void PruebaDiario::variosProgramas()
+{
+    Diario ventana(fichero);
+    const QAbstractItemModelTester vigia(&ventana);
+    const auto fotos = ventana.empezar(u"Fotos"_s);
+    auto semanal = std::make_unique<Diario>(fichero);
+    QCOMPARE(semanal->lista().first().estado, Actividad::Estado::EnMarcha); // of another program, and alive
+    const auto copia = semanal->empezar(u"Copia semanal"_s);
+    ventana.terminar(fotos, true, u"12 fotos"_s, {});
+    QCOMPARE(ventana.cuantas(), 2);
+    semanal->terminar(copia, false, u"El iPhone se desconectó"_s, {});
+    QTRY_COMPARE(ventana.lista().first().detalle, u"El iPhone se desconectó"_s); // without being asked to look
+    const auto otra = semanal->empezar(u"Otra"_s);
+    QCOMPARE(Diario(fichero).lista().first().estado, Actividad::Estado::EnMarcha);
+    semanal.reset(); // ended in the middle of it
+    const Diario despues(fichero);
+    QCOMPARE(despues.cuantas(), 3);
+    QCOMPARE(despues.lista().first().id, otra);
+    QCOMPARE(despues.lista().first().estado, Actividad::Estado::Cancelada);
+    QCOMPARE(despues.lista().last().detalle, u"12 fotos"_s);
+    ventana.borrarTodo();
+    QCOMPARE(Diario(fichero).cuantas(), 0);
+}
+
+void PruebaDiario::todosALaVez()
+{
+    constexpr int programas = 3;
+    constexpr int trabajos = 30;
+    QList<pid_t> hijos;
+    for (int i = 0; i < programas; ++i) {
+        const auto hijo = fork();
+        if (hijo == 0) {
+            Diario suyo(fichero);
+            for (int n = 0; n < trabajos; ++n)
+                suyo.terminar(suyo.empezar(u"%1-%2"_s.arg(i).arg(n)), true, u"hecho"_s, {});
+            _exit(0);
+        }
+        hijos << hijo;
+    }
+    for (const auto hijo : hijos)
+        waitpid(hijo, nullptr, 0);
+    const Diario diario(fichero);
+    QCOMPARE(diario.cuantas(), programas * trabajos);
+    for (const auto &una : diario.lista())
+        QCOMPARE(una.estado, Actividad::Estado::Bien);
 }
 
 void PruebaDiario::masDeCientoVeinte()

@@ -1,7 +1,6 @@
 #include "app/cli/Consola.h"
 #include "app/cli/Ordenes.h"
 #include "core/FicheroDelDiario.h"
-#include "platform/Procesos.h"
 #include "session/Migracion.h"
 
 using namespace Qt::StringLiterals;
@@ -28,9 +27,7 @@ QStringList enPalabras(const Actividad &una)
 int ordenDiario(const OpcionesDeOrden &opciones)
 {
     Migracion::alArrancar();
-    // While the window is open its job may still be running; otherwise an entry left open belongs to a run that ended.
-    const auto fichero = Diario::ficheroPorDefecto();
-    const auto lista = hayOtroProcesoDelPrograma() ? leerDiario(fichero) : Diario(fichero).lista();
+    const auto lista = Diario().lista();
     if (opciones.json) {
         Consola::resultado(QString::fromUtf8(diarioEnJson(lista)));
         return SalidaBien;
