@@ -10,6 +10,7 @@
 #include <csignal>
 #include <memory>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -77,9 +78,21 @@ void aislarHijo()
     setpgid(0, 0);
     // A tool left alone would hold the phone and refuse every later backup, and nobody could end it from the window.
     prctl(PR_SET_PDEATHSIG, SIGKILL);
+    Ejecutor::acotarMemoria();
 }
 
 } // namespace
+
+void Ejecutor::acotarMemoria()
+{
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+    rlimit limite = {};
+    if (getrlimit(RLIMIT_DATA, &limite) != 0 || limite.rlim_max < memoriaDeUnHijo)
+        return;
+    limite.rlim_cur = memoriaDeUnHijo;
+    setrlimit(RLIMIT_DATA, &limite);
+#endif
+}
 
 Ejecutor::Entorno Ejecutor::entornoDelPrograma()
 {

@@ -44,6 +44,12 @@ public:
 
     static constexpr qsizetype maximoDeSalida = 64LL * 1024 * 1024;
 
+    /// Bytes of data of each child (RLIMIT_DATA): none of the tools needs a third of it, and what a phone or a file
+    /// claims to need beyond it is refused to the child, not taken from the computer. A child may raise it for itself.
+    static constexpr unsigned long memoriaDeUnHijo = 480UL * 1024 * 1024;
+    /// Between fork and exec: system calls only.
+    static void acotarMemoria();
+
     /// Starts a job and returns at once. Main thread only, as are both callbacks.
     /// `linea` gets each line of standard output and standard error, trimmed of blanks and tabs, never empty; a line
     /// feed or a lone carriage return ends a line, the pair of both does not. There is no buffer between two reads.

@@ -50,6 +50,7 @@ private:
 {
     setpgid(0, 0);
     prctl(PR_SET_PDEATHSIG, SIGKILL);
+    Ejecutor::acotarMemoria();
     const int nada = open("/dev/null", O_RDWR);
     dup2(nada, STDIN_FILENO);
     dup2(salida, STDOUT_FILENO);

@@ -66,6 +66,7 @@ private slots:
     void rapidoNoEsperaAlQueCalla_data();
     void rapidoNoEsperaAlQueCalla();
     void elSegundoPlanoAcabaAntesQueElPrograma();
+    void unHijoTieneSuMemoria();
 };
 
 void PruebaEjecutor::partirEnLineas_data()
@@ -218,6 +219,12 @@ void PruebaEjecutor::rapidoCortaAlQueEscribeSinFin()
     const auto salida = Ejecutor::rapido(sh, {u"-c"_s, u"while :; do echo y; sleep 0.05; done"_s}, 0.5);
     QVERIFY(salida.startsWith(u"y\n"_s));
     QVERIFY(reloj.elapsed() < 10000);
+}
+
+void PruebaEjecutor::unHijoTieneSuMemoria()
+{
+    const auto pide = u"try: bytearray(600 << 20); print('cabe')\nexcept MemoryError: print('no cabe')"_s;
+    QCOMPARE(Ejecutor::rapido(u"/usr/bin/python3"_s, {u"-c"_s, pide}, 20), u"no cabe\n"_s);
 }
 
 void PruebaEjecutor::rapidoNoEsperaAlQueCierraSuSalida()

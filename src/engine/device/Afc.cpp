@@ -25,12 +25,14 @@ using Lista = std::unique_ptr<char *, Cierra<afc_dictionary_free>>;
 class Abierto
 {
 public:
-    Abierto(afc_client_t elCliente, const QString &ruta, afc_file_mode_t modo)
-        : cliente(elCliente), error(afc_file_open(cliente, bytesDeRuta(ruta).constData(), modo, &asa))
+    Abierto(afc_client_t elCliente, const QString &ruta, afc_file_mode_t modo) : cliente(elCliente)
     {
+        const Plazo plazo;
+        error = afc_file_open(cliente, bytesDeRuta(ruta).constData(), modo, &asa);
     }
     ~Abierto()
     {
+        const Plazo plazo;
         if (error == AFC_E_SUCCESS)
             afc_file_close(cliente, asa);
     }
@@ -42,7 +44,7 @@ public:
 private:
     afc_client_t cliente;
     uint64_t asa = 0;
-    afc_error_t error;
+    afc_error_t error = AFC_E_UNKNOWN_ERROR;
 };
 
 QDateTime momento(const QByteArray &nanosegundos)
@@ -90,6 +92,7 @@ bool trasladarInformes(const Telefono &telefono)
     constexpr uint32_t largo = 4; // "ping"
     char palabra[largo + 1] = {};
     uint32_t recibidos = 0;
+    const Plazo plazo(Plazo::largo);
     return service_receive(mudanza->get(), palabra, largo, &recibidos) == SERVICE_E_SUCCESS &&
            QByteArrayView(palabra) == "ping";
 }
@@ -151,6 +154,7 @@ Resultado<Afc> Afc::documentosDe(const Telefono &telefono, const QString &app)
     if (!casa)
         return Resultado<Afc>::fallo(casa.motivo());
     plist_t respuesta = nullptr;
+    const Plazo plazo;
     if (house_arrest_send_command(casa->get(), "VendDocuments", app.toUtf8().constData()) != HOUSE_ARREST_E_SUCCESS ||
         house_arrest_get_result(casa->get(), &respuesta) != HOUSE_ARREST_E_SUCCESS)
         return Resultado<Afc>::fallo(Telefono::sinRespuesta("house_arrest"));
@@ -192,6 +196,7 @@ std::optional<QString> Afc::hecho(afc_error_t error, const QString &ruta)
 
 afc_error_t Afc::confirmar()
 {
+    const Plazo plazo;
     char **bruta = nullptr;
     const auto error = afc_get_file_info(cliente.get(), "/", &bruta);
     const Lista lista(bruta);
@@ -200,6 +205,7 @@ afc_error_t Afc::confirmar()
 
 Resultado<QStringList> Afc::listar(const QString &carpeta)
 {
+    const Plazo plazo;
     char **bruta = nullptr;
     auto error = afc_read_directory(cliente.get(), bytesDeRuta(carpeta).constData(), &bruta);
     const Lista lista(bruta);
@@ -217,6 +223,7 @@ Resultado<QStringList> Afc::listar(const QString &carpeta)
 
 Resultado<FichaAfc> Afc::ficha(const QString &ruta)
 {
+    const Plazo plazo;
     char **bruta = nullptr;
     const auto error = afc_get_file_info(cliente.get(), bytesDeRuta(ruta).constData(), &bruta);
     const Lista lista(bruta);
@@ -250,7 +257,10 @@ Resultado<qint64> Afc::leer(const QString &ruta, const FichaAfc &como, const Rec
     while (total < como.tamano) {
         const auto pedidos = static_cast<uint32_t>(std::min(bloque, como.tamano - total));
         uint32_t leidos = 0;
-        const auto error = afc_file_read(cliente.get(), fichero.numero(), trozo.data(), pedidos, &leidos);
+        const auto error = [&] {
+            const Plazo plazo;
+            return afc_file_read(cliente.get(), fichero.numero(), trozo.data(), pedidos, &leidos);
+        }();
         if (error != AFC_E_SUCCESS && error != AFC_E_END_OF_DATA)
             return Resultado<qint64>::fallo(motivoDe(error, ruta));
         if (leidos == 0)
@@ -274,7 +284,10 @@ Resultado<qint64> Afc::escribir(const QString &ruta, const std::function<QByteAr
     for (auto trozo = da(); !trozo.isEmpty(); trozo = da()) {
         uint32_t escritos = 0;
         const auto largo = static_cast<uint32_t>(trozo.size());
-        const auto error = afc_file_write(cliente.get(), fichero.numero(), trozo.constData(), largo, &escritos);
+        const auto error = [&] {
+            const Plazo plazo;
+            return afc_file_write(cliente.get(), fichero.numero(), trozo.constData(), largo, &escritos);
+        }();
         // The count means nothing after a failure.
         if (error != AFC_E_SUCCESS || escritos != largo)
             return Resultado<qint64>::fallo(motivoDe(error == AFC_E_SUCCESS ? AFC_E_IO_ERROR : error, ruta));
@@ -285,21 +298,25 @@ Resultado<qint64> Afc::escribir(const QString &ruta, const std::function<QByteAr
 
 std::optional<QString> Afc::crearCarpeta(const QString &ruta)
 {
+    const Plazo plazo;
     return hecho(afc_make_directory(cliente.get(), bytesDeRuta(ruta).constData()), ruta);
 }
 
 std::optional<QString> Afc::renombrar(const QString &desde, const QString &a)
 {
+    const Plazo plazo;
     return hecho(afc_rename_path(cliente.get(), bytesDeRuta(desde).constData(), bytesDeRuta(a).constData()), desde);
 }
 
 std::optional<QString> Afc::borrar(const QString &ruta)
 {
+    const Plazo plazo;
     return hecho(afc_remove_path(cliente.get(), bytesDeRuta(ruta).constData()), ruta);
 }
 
 std::optional<QString> Afc::borrarConLoDeDentro(const QString &ruta)
 {
+    const Plazo plazo(Plazo::largo);
     return hecho(afc_remove_path_and_contents(cliente.get(), bytesDeRuta(ruta).constData()), ruta);
 }
 

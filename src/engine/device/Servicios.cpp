@@ -60,6 +60,7 @@ Resultado<Plist> Instalacion::apps(const char *tipo, const QStringList &atributo
         plist_array_append_item(pedidos, plist_new_string(atributo.toUtf8().constData()));
     plist_dict_set_item(opciones.nodo(), "ReturnAttributes", pedidos);
     plist_t lista = nullptr;
+    const Plazo plazo(Plazo::largo);
     const auto error = instproxy_browse(cliente.get(), opciones.nodo(), &lista);
     return respuesta(error == INSTPROXY_E_SUCCESS, lista, "installation_proxy");
 }
@@ -76,6 +77,7 @@ std::optional<QByteArray> PantallaDeInicio::icono(const QString &app) const
 {
     char *datos = nullptr;
     uint64_t largo = 0;
+    const Plazo plazo;
     const auto error = sbservices_get_icon_pngdata(cliente.get(), app.toUtf8().constData(), &datos, &largo);
     return imagen(error == SBSERVICES_E_SUCCESS, datos, largo);
 }
@@ -84,6 +86,7 @@ std::optional<QByteArray> PantallaDeInicio::fondo() const
 {
     char *datos = nullptr;
     uint64_t largo = 0;
+    const Plazo plazo;
     const auto error = sbservices_get_home_screen_wallpaper_pngdata(cliente.get(), &datos, &largo);
     return imagen(error == SBSERVICES_E_SUCCESS, datos, largo);
 }
@@ -99,6 +102,7 @@ Resultado<Diagnostico> Diagnostico::abrir(const Telefono &telefono)
 std::optional<Plist> Diagnostico::registro(const char *entrada) const
 {
     plist_t nodo = nullptr;
+    const Plazo plazo;
     const auto error = diagnostics_relay_query_ioregistry_entry(cliente.get(), entrada, nullptr, &nodo);
     return recibido(error, nodo);
 }
@@ -106,18 +110,21 @@ std::optional<Plist> Diagnostico::registro(const char *entrada) const
 std::optional<Plist> Diagnostico::estado(const char *parte) const
 {
     plist_t nodo = nullptr;
+    const Plazo plazo;
     const auto error = diagnostics_relay_request_diagnostics(cliente.get(), parte, &nodo);
     return recibido(error, nodo);
 }
 
 bool Diagnostico::reiniciar() const
 {
+    const Plazo plazo;
     return diagnostics_relay_restart(cliente.get(), DIAGNOSTICS_RELAY_ACTION_FLAG_WAIT_FOR_DISCONNECT) ==
            DIAGNOSTICS_RELAY_E_SUCCESS;
 }
 
 bool Diagnostico::apagar() const
 {
+    const Plazo plazo;
     return diagnostics_relay_shutdown(cliente.get(), DIAGNOSTICS_RELAY_ACTION_FLAG_WAIT_FOR_DISCONNECT) ==
            DIAGNOSTICS_RELAY_E_SUCCESS;
 }
@@ -134,6 +141,7 @@ Resultado<Plist> Perfiles::lista() const
     const Plist peticion(plist_new_dict());
     plist_dict_set_item(peticion.nodo(), "RequestType", plist_new_string("GetProfileList"));
     plist_t recibida = nullptr;
+    const Plazo plazo;
     const bool bien =
         property_list_service_send_xml_plist(cliente.get(), peticion.nodo()) == PROPERTY_LIST_SERVICE_E_SUCCESS &&
         property_list_service_receive_plist(cliente.get(), &recibida) == PROPERTY_LIST_SERVICE_E_SUCCESS;
@@ -153,6 +161,7 @@ Resultado<Aprovisionamiento> Aprovisionamiento::abrir(const Telefono &telefono)
 Resultado<Plist> Aprovisionamiento::perfiles() const
 {
     plist_t lista = nullptr;
+    const Plazo plazo;
     const auto error = misagent_copy_all(cliente.get(), &lista);
     return respuesta(error == MISAGENT_E_SUCCESS, lista, "misagent");
 }

@@ -41,6 +41,7 @@ QString motivoDe(lockdownd_error_t error)
 std::optional<Plist> Sesion::valor(const char *dominio, const char *clave) const
 {
     plist_t nodo = nullptr;
+    const Plazo plazo;
     if (lockdownd_get_value(cliente.get(), dominio, clave, &nodo) != LOCKDOWN_E_SUCCESS || nodo == nullptr)
         return {};
     return Plist(nodo);
@@ -49,6 +50,7 @@ std::optional<Plist> Sesion::valor(const char *dominio, const char *clave) const
 Resultado<Servicio> Sesion::servicio(const char *nombre) const
 {
     lockdownd_service_descriptor_t descriptor = nullptr;
+    const Plazo plazo;
     const auto error = lockdownd_start_service(cliente.get(), nombre, &descriptor);
     Servicio arrancado(descriptor); // the library leaves one without a port when it fails
     if (error != LOCKDOWN_E_SUCCESS)
@@ -59,6 +61,7 @@ Resultado<Servicio> Sesion::servicio(const char *nombre) const
 Resultado<Telefono> Telefono::buscar(const QString &udid)
 {
     idevice_t aparato = nullptr;
+    const Plazo plazo;
     if (idevice_new(&aparato, udid.toUtf8().constData()) != IDEVICE_E_SUCCESS)
         return Resultado<Telefono>::fallo(u"No veo ese iPhone. Conéctalo con el cable y desbloquéalo."_s);
     return Telefono(Conexion(aparato));
@@ -66,7 +69,10 @@ Resultado<Telefono> Telefono::buscar(const QString &udid)
 
 Resultado<Sesion> Telefono::sesion() const
 {
+    if (Plazo::vencido())
+        return Resultado<Sesion>::fallo(motivoDe(LOCKDOWN_E_RECEIVE_TIMEOUT));
     lockdownd_client_t cliente = nullptr;
+    const Plazo plazo;
     const auto error = lockdownd_client_new_with_handshake(aparato(), &cliente, etiqueta);
     if (error != LOCKDOWN_E_SUCCESS)
         return Resultado<Sesion>::fallo(motivoDe(error));

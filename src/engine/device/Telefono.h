@@ -2,6 +2,7 @@
 
 #include "core/Plist.h"
 #include "core/Resultado.h"
+#include "engine/device/Plazo.h"
 
 #include <libimobiledevice/libimobiledevice.h>
 #include <libimobiledevice/lockdown.h>
@@ -12,7 +13,11 @@ namespace vellora::motor
 
 /// Ends an object of the C library by the library's own function.
 template <auto cerrar> struct Cierra {
-    template <typename Privado> void operator()(Privado *cosa) const { cerrar(cosa); }
+    template <typename Privado> void operator()(Privado *cosa) const
+    {
+        const Plazo plazo; // some of them say goodbye and wait for the answer
+        cerrar(cosa);
+    }
 };
 
 /// The name by which lockdownd and the services know this program.
@@ -40,7 +45,7 @@ private:
 };
 
 /// A phone by cable. Every service opens a connection of its own, so that threads may share a phone but not a service.
-/// Calls wait for the phone up to the library's 30 s.
+/// No call waits longer for the phone than `Plazo` says, and after one that did all others fail at once.
 class Telefono
 {
 public:
@@ -66,6 +71,7 @@ public:
         if (!servicio)
             return Resultado<Cliente>::fallo(servicio.motivo());
         Privado *cliente = nullptr;
+        const Plazo plazo;
         if (nuevo(aparato(), servicio->get(), &cliente) != 0)
             return Resultado<Cliente>::fallo(sinRespuesta(nombre));
         return Cliente(cliente);
