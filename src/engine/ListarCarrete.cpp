@@ -35,6 +35,23 @@ QString tipoEnPalabra(const FicheroDelCarrete &fichero)
     return tipo == TipoDeFichero::Video ? u"video"_s : u"foto"_s;
 }
 
+/// `listado`: the phone lists this very file.
+QJsonObject describir(const FicheroDelCarrete &fichero, bool listado)
+{
+    const auto relativa = QString::fromUtf8(fichero.relativa);
+    const auto barra = relativa.lastIndexOf(u'/');
+    // A video that the phone lists by itself is no half of a Live Photo, whatever its name.
+    const bool esSuPropio = listado && tipoDe(fichero.relativa) == TipoDeFichero::Video;
+    return {{u"ruta"_s, fichero.ruta},
+            {u"carpeta"_s, relativa.first(std::max<qsizetype>(barra, 0))},
+            {u"nombre"_s, relativa.sliced(barra + 1)},
+            {u"bytes"_s, fichero.ficha.tamano},
+            {u"fecha"_s, fichero.ficha.modificado.toSecsSinceEpoch()},
+            {u"tipo"_s, tipoEnPalabra(fichero)},
+            {u"elemento"_s, esSuPropio ? relativa : QString::fromUtf8(elementoDe(fichero.relativa))},
+            {u"solo_se_copia"_s, seGuardaFuera(fichero.ruta)}};
+}
+
 /// Of the roll, and of what is kept outside of it; nothing when the list cannot be read.
 BaseDeFotos queSabeElTelefono(Afc &afc)
 {
@@ -67,22 +84,10 @@ int listarCarrete(const QStringList &argumentos, Avisos &avisar)
         auto ficheros = carrete.ficheros;
         ficheros.insert(ficheros.end(), carrete.aparte.begin(), carrete.aparte.end());
         for (const auto &fichero : ficheros) {
-            const auto relativa = QString::fromUtf8(fichero.relativa);
-            const auto barra = relativa.lastIndexOf(u'/');
-            // A video that the phone lists by itself is no half of a Live Photo, whatever its name.
-            const bool esSuPropio = base.contains(fichero.relativa.toStdString());
-            const auto elemento = QString::fromUtf8(elementoDe(fichero.relativa));
-            lista << QJsonObject{
-                {u"ruta"_s, fichero.ruta},
-                {u"carpeta"_s, relativa.first(std::max<qsizetype>(barra, 0))},
-                {u"nombre"_s, relativa.sliced(barra + 1)},
-                {u"bytes"_s, fichero.ficha.tamano},
-                {u"fecha"_s, fichero.ficha.modificado.toSecsSinceEpoch()},
-                {u"tipo"_s, tipoEnPalabra(fichero)},
-                {u"elemento"_s, esSuPropio && tipoDe(fichero.relativa) == TipoDeFichero::Video ? relativa : elemento},
-                {u"copiado"_s, copiadas.juzgar(fichero).juicio == Copiadas::Juicio::Esta},
-                {u"estado"_s, estadoDe(fichero, estados)},
-                {u"solo_se_copia"_s, seGuardaFuera(fichero.ruta)}};
+            auto objeto = describir(fichero, base.contains(fichero.relativa.toStdString()));
+            objeto[u"copiado"_s] = copiadas.juzgar(fichero).juicio == Copiadas::Juicio::Esta;
+            objeto[u"estado"_s] = estadoDe(fichero, estados);
+            lista << objeto;
             if (lista.size() >= enUnAviso && !soltar())
                 return avisar.error(u"No queda sitio ni para la lista de las fotos. Libera espacio en el disco."_s);
         }
