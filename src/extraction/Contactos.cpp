@@ -12,6 +12,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -40,7 +41,8 @@ bool esViejo(const Sitios &sitios)
     return base.isEmpty() || (deLaCopia && QFileInfo(base).fileTime(QFile::FileMetadataChangeTime) < *deLaCopia);
 }
 
-void sacarAgenda(const Sitios &sitios)
+/// The reason when it could not be taken out.
+std::optional<QString> sacarAgenda(const Sitios &sitios)
 {
     // The log of the former database would be taken for that of the one that comes.
     for (const auto &base : {u"AddressBook.sqlitedb"_s, u"AddressBookImages.sqlitedb"_s}) {
@@ -50,11 +52,32 @@ void sacarAgenda(const Sitios &sitios)
         }
     }
     const auto &motor = Motor::lanzamiento();
-    if (motor)
-        Ejecutor::rapido(motor->ejecutable,
-                         motor->argumentos +
-                             QStringList{u"extraer"_s, sitios.udid, sitios.copias, sitios.datos, u"agenda"_s},
-                         segundosParaSacar);
+    if (!motor)
+        return u"No encuentro el motor del iPhone dentro de la app."_s;
+    const auto dicho = Ejecutor::rapido(
+        motor->ejecutable,
+        motor->argumentos + QStringList{u"extraer"_s, sitios.udid, sitios.copias, sitios.datos, u"agenda"_s},
+        segundosParaSacar);
+    auto fallo = std::optional(u"No se pudo abrir la copia."_s);
+    for (const auto &linea : dicho.split(u'\n')) {
+        const auto aviso = Motor::interpretar(linea);
+        if (aviso && aviso->tipo == "error"_L1)
+            return aviso->texto("motivo"_L1).value_or(*fallo);
+        if (aviso && aviso->tipo == "fin"_L1)
+            fallo.reset();
+    }
+    return fallo;
+}
+
+/// Why nobody came out of what has been taken out.
+QString porQueNadie(const QString &datos)
+{
+    const auto fichero = Extraccion::buscarPublico(u"AddressBook.sqlitedb"_s, datos);
+    if (fichero.isEmpty())
+        return u"La copia no trae la agenda del iPhone."_s;
+    const auto base = Extraccion::abrirPublico(fichero);
+    return base && !base->columnas("ABPerson").isEmpty() ? u"No he encontrado contactos en la copia."_s
+                                                         : u"La agenda que trae la copia no se puede leer."_s;
 }
 
 bool cabeEn(const Contacto &contacto, const QString &busqueda)
@@ -85,6 +108,29 @@ QStringList conPrimero(QStringList lista, const QString &primero)
 Contactos::Contactos(Modelo &elModelo, EsImagen elEsImagen, QObject *padre)
     : QAbstractListModel(padre), modelo(elModelo), esImagen(elEsImagen)
 {
+    connect(&modelo.tarea(), &Tarea::acabada, this, &Contactos::seguirEsperando, Qt::QueuedConnection);
+}
+
+void Contactos::seguirEsperando()
+{
+    if (!std::exchange(esperando_, false))
+        return;
+    cargando_ = false;
+    leer();
+}
+
+Contactos::Leido Contactos::leerDe(const QString &udid, const QString &copias, const QString &datos, EsImagen esImagen)
+{
+    const Sitios sitios{udid, copias, datos};
+    Leido leido;
+    if (esViejo(sitios))
+        leido.fallo = sacarAgenda(sitios);
+    leido.lista = Extraccion::leerContactos(datos);
+    leido.fotos = Extraccion::fotosDeContactos(datos);
+    leido.fotos.removeIf([esImagen](const auto &foto) { return !esImagen(foto.value()); });
+    if (leido.lista.isEmpty() && !leido.fallo)
+        leido.fallo = porQueNadie(datos);
+    return leido;
 }
 
 void Contactos::leer()
@@ -102,16 +148,13 @@ void Contactos::leer()
     }
     motivo_.reset();
     cargando_ = true;
+    esperando_ = modelo.tarea().enMarcha();
     emit cambio();
-    const Sitios sitios{*udid, modelo.carpetaCopias(), modelo.carpetaDatos()};
-    // A job may be making the very backup.
-    const bool quieta = !modelo.tarea().enMarcha();
-    const auto trabajo = [sitios, quieta, esImagen = esImagen] {
-        if (quieta && esViejo(sitios))
-            sacarAgenda(sitios);
-        Leido leido{Extraccion::leerContactos(sitios.datos), Extraccion::fotosDeContactos(sitios.datos)};
-        leido.fotos.removeIf([esImagen](const auto &foto) { return !esImagen(foto.value()); });
-        return leido;
+    if (esperando_)
+        return;
+    const auto trabajo = [udid = *udid, copias = modelo.carpetaCopias(), datos = modelo.carpetaDatos(),
+                          esImagen = esImagen] {
+        return leerDe(udid, copias, datos, esImagen);
     };
     enSegundoPlano(this, trabajo, [this, suya = ++vuelta](const Leido &leido) {
         if (suya == vuelta)
@@ -123,6 +166,7 @@ void Contactos::olvidar()
 {
     ++vuelta;
     cargando_ = false;
+    esperando_ = false;
     yaMire_ = false;
     lista_.clear();
     elegido_.reset();
@@ -141,7 +185,9 @@ void Contactos::aplicar(const Leido &leido)
         const QMutexLocker uno(&cerrojo);
         fotos = leido.fotos;
     }
-    motivo_ = lista_.isEmpty() ? std::optional(u"No he encontrado contactos en la copia."_s) : std::nullopt;
+    motivo_ = lista_.isEmpty() ? leido.fallo : std::nullopt;
+    if (!lista_.isEmpty() && leido.fallo)
+        aviso_ = u"Estos contactos son de una copia anterior. "_s + *leido.fallo;
     const auto mismo = std::find_if(lista_.cbegin(), lista_.cend(),
                                     [this](const Contacto &uno) { return elegido_ && uno.id == elegido_->id; });
     elegido_ = mismo == lista_.cend() ? std::nullopt : std::optional(*mismo);
@@ -226,15 +272,22 @@ FichaDeAgenda Contactos::comoFicha(const Contacto &contacto) const
 
 void Contactos::copiarAlMac()
 {
-    if (!elegido_)
+    if (!elegido_ || guardando_)
         return;
+    guardando_ = true;
+    emit cambio();
     const auto trabajo = [ficha = comoFicha(*elegido_), nombre = elegido_->comoSeLlama()] {
         if (!AgendaDelMac::pedirPermiso())
             return sinPermiso;
+        if (AgendaDelMac::yaEsta(ficha))
+            return nombre + u" ya estaba en los Contactos del ordenador."_s;
         const auto fallo = AgendaDelMac::guardar(ficha);
         return fallo ? u"No se pudo guardar: "_s + *fallo : nombre + u" guardado en los Contactos del Mac."_s;
     };
-    enSegundoPlano(this, trabajo, [this](const QString &aviso) { avisar(aviso); });
+    enSegundoPlano(this, trabajo, [this](const QString &aviso) {
+        guardando_ = false;
+        avisar(aviso);
+    });
 }
 
 void Contactos::borrarContacto()

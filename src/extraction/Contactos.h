@@ -20,6 +20,7 @@ class Contactos : public QAbstractListModel
 {
     Q_OBJECT
     Q_PROPERTY(bool cargando READ cargando NOTIFY cambio)
+    Q_PROPERTY(bool esperando READ esperando NOTIFY cambio)
     Q_PROPERTY(bool vacia READ vacia NOTIFY cambio)
     Q_PROPERTY(bool yaMire READ yaMire NOTIFY cambio)
     Q_PROPERTY(QString motivo READ motivoTexto NOTIFY cambio)
@@ -48,6 +49,8 @@ public:
     /// Those that fit the search, in the list's order.
     QList<Contacto> filtrados() const;
     bool cargando() const { return cargando_; }
+    /// A job runs, which may be making the very backup; they are read when it has ended.
+    bool esperando() const { return esperando_; }
     bool vacia() const { return lista_.isEmpty(); }
     bool yaMire() const { return yaMire_; }
     /// Why the list is empty.
@@ -92,7 +95,11 @@ private:
     struct Leido {
         QList<Contacto> lista;
         QHash<qint64, QByteArray> fotos;
+        std::optional<QString> fallo; ///< why nothing new could be taken out, or what is there is empty
     };
+
+    void seguirEsperando();
+    static Leido leerDe(const QString &udid, const QString &copias, const QString &datos, EsImagen esImagen);
 
     QString motivoTexto() const { return motivo_.value_or(QString()); }
     QString fotoElegida() const { return elegido_ ? direccionDeFoto(elegido_->id) : QString(); }
@@ -112,6 +119,7 @@ private:
     QString aviso_;
     QString falloAlGuardar_;
     bool cargando_ = false;
+    bool esperando_ = false;
     bool yaMire_ = false;
     bool guardando_ = false;
     Hojas hoja_ = SinHoja;

@@ -29,6 +29,9 @@ namespace AgendaDelMac
 /// Whether there is an address book that lets us in.
 bool pedirPermiso();
 
+/// Whether a person is there already with these names and all of these telephones and addresses.
+bool yaEsta(const FichaDeAgenda &ficha);
+
 /// Adds a person.
 std::optional<QString> guardar(const FichaDeAgenda &ficha);
 

@@ -54,8 +54,17 @@ void PruebaAgenda::sinServicio()
 void PruebaAgenda::crearBuscarYBorrar()
 {
     QVERIFY(!AgendaDelMac::buscar(ana()));
+    QVERIFY(!AgendaDelMac::yaEsta(ana()));
     QCOMPARE(AgendaDelMac::guardar(ana()), std::nullopt);
     QCOMPARE(AgendaDelMac::buscar(ana()), ana());
+    // Known again however the number is written, unless there is more to tell, or somebody else has the telephone.
+    auto otra = ana();
+    QVERIFY(AgendaDelMac::yaEsta(otra));
+    otra.telefonos << u"+34 900 000 000"_s;
+    QVERIFY(!AgendaDelMac::yaEsta(otra));
+    otra = ana();
+    otra.nombre = u"Otra"_s;
+    QVERIFY(!AgendaDelMac::yaEsta(otra));
     // By the digits of a number, whatever the name.
     QVERIFY(AgendaDelMac::encontrarParecido(u"Otra"_s, u"Persona"_s, {u"34-600112233"_s}));
     QVERIFY(!AgendaDelMac::encontrarParecido(u"Otra"_s, u"Persona"_s, {u"600112233"_s}));

@@ -31,6 +31,8 @@ private slots:
     void init();
     void contactos();
     void contactosDeUnaCopiaNueva();
+    void contactosMientrasSeTrabaja();
+    void porQueNoHayNadie();
     void sinCopia();
     void contrasenas();
     void portapapeles();
@@ -132,6 +134,8 @@ void PruebaDeLaCopia::contactos()
     // Without an address book service nothing is said to have been done.
     lista.elegir(0);
     lista.copiarAlMac();
+    QVERIFY(lista.guardando());
+    lista.copiarAlMac(); // a second press while the first is at work does nothing
     QTRY_COMPARE_WITH_TIMEOUT(lista.aviso(),
                               u"El Mac no me deja tocar los Contactos. Actívalo en Ajustes del Sistema › Privacidad."_s,
                               20'000);
@@ -160,6 +164,46 @@ void PruebaDeLaCopia::contactosDeUnaCopiaNueva()
     lista.leer();
     QTRY_VERIFY_WITH_TIMEOUT(!lista.cargando(), 60'000);
     QCOMPARE(lista.lista().size(), antes + 1);
+}
+
+void PruebaDeLaCopia::contactosMientrasSeTrabaja()
+{
+    ponCopia({});
+    QVERIFY(QDir(modelo->carpetaDatos()).removeRecursively());
+    Contactos lista(*modelo, [](const QByteArray &) { return true; });
+    // Two jobs, one after the other: nothing is read before the last has ended.
+    for (int i = 0; i < 2; ++i) {
+        modelo->tarea().empezar(u"Otra cosa"_s, QString());
+        lista.leer();
+        QVERIFY(lista.esperando() && lista.cargando() && lista.vacia());
+        QTest::qWait(300);
+        QVERIFY(lista.esperando() && !QFile::exists(modelo->carpetaDatos()));
+        modelo->tarea().cerrar(true);
+    }
+    QTRY_VERIFY_WITH_TIMEOUT(!lista.vacia(), 60'000);
+    QVERIFY(!lista.esperando() && !lista.cargando() && !lista.motivo());
+}
+
+void PruebaDeLaCopia::porQueNoHayNadie()
+{
+    const auto motivo = [this] {
+        Contactos lista(*modelo, [](const QByteArray &) { return true; });
+        lista.leer();
+        return QTest::qWaitFor([&] { return !lista.cargando(); }, 60'000) && lista.vacia()
+                   ? lista.motivo().value_or(QString())
+                   : u"(hay alguien)"_s;
+    };
+    const auto udidDeAqui = QString::fromLatin1(udid);
+    QVERIFY(QDir(modelo->carpetaDatos()).removeRecursively());
+    ponCopia(u"otra clave"_s);
+    Llavero::borrar(udidDeAqui);
+    QVERIFY2(motivo().contains(u"contraseña"_s), qPrintable(motivo()));
+    ponCopia({});
+    const auto copia = copias() + u'/' + udidDeAqui;
+    QVERIFY(CopiaDePrueba::sql(copia + u"/Manifest.db"_s,
+                               "DELETE FROM Files WHERE relativePath LIKE '%AddressBook.sqlitedb%'"));
+    QCOMPARE(motivo(), u"La copia no trae la agenda del iPhone."_s);
+    QVERIFY(QDir(modelo->carpetaDatos()).removeRecursively());
 }
 
 void PruebaDeLaCopia::sinCopia()

@@ -40,6 +40,24 @@ bool seParecen(const FichaDeAgenda &una, const QString &nombre, const QString &a
     });
 }
 
+/// Whether a person has everything that the other record tells.
+bool loTieneTodo(const FichaDeAgenda &una, const FichaDeAgenda &otra)
+{
+    const auto estan = [](const QStringList &suyos, const QStringList &buscados, auto igual) {
+        return std::all_of(buscados.begin(), buscados.end(), [&](const QString &buscado) {
+            return std::any_of(suyos.begin(), suyos.end(), [&](const QString &suyo) { return igual(suyo, buscado); });
+        });
+    };
+    const auto mismoNumero = [](const QString &suyo, const QString &buscado) {
+        return soloCifras(suyo) == soloCifras(buscado);
+    };
+    const auto mismoCorreo = [](const QString &suyo, const QString &buscado) {
+        return suyo.compare(buscado, Qt::CaseInsensitive) == 0;
+    };
+    return una.nombre == otra.nombre && una.apellidos == otra.apellidos && una.empresa == otra.empresa &&
+           estan(una.telefonos, otra.telefonos, mismoNumero) && estan(una.correos, otra.correos, mismoCorreo);
+}
+
 std::optional<LibretaDelEscritorio::Persona> parecida(LibretaDelEscritorio &en, const QString &nombre,
                                                       const QString &apellidos, const QStringList &telefonos)
 {
@@ -57,6 +75,14 @@ std::optional<LibretaDelEscritorio::Persona> parecida(LibretaDelEscritorio &en, 
 bool pedirPermiso()
 {
     return libreta() != nullptr;
+}
+
+bool yaEsta(const FichaDeAgenda &ficha)
+{
+    auto *en = libreta();
+    const auto personas = en ? en->todas() : std::nullopt;
+    return personas && std::any_of(personas->begin(), personas->end(),
+                                   [&ficha](const auto &una) { return loTieneTodo(una.ficha, ficha); });
 }
 
 std::optional<QString> guardar(const FichaDeAgenda &ficha)

@@ -52,7 +52,7 @@ FocusScope {
         width: parent.width - 64
         visible: raiz.contactos.vacia
         simbolo: "person.crop.circle"
-        titulo: raiz.contactos.cargando ? "Leyendo tus contactos…" : raiz.hayCopia ? "No he encontrado contactos" : "Tus contactos salen de la copia de seguridad"
+        titulo: raiz.contactos.esperando ? "Los leeré cuando acabe lo que está en marcha" : raiz.contactos.cargando ? "Leyendo tus contactos…" : raiz.hayCopia ? "No he encontrado contactos" : "Tus contactos salen de la copia de seguridad"
         texto: raiz.contactos.cargando ? "" : raiz.hayCopia ? raiz.contactos.motivo : "Y todavía no hay ninguna. Hazla en «Copias y datos»."
         textoDelBoton: raiz.hayCopia && !raiz.contactos.cargando ? "Leer mis contactos" : ""
         onPulsado: raiz.contactos.leer()
