@@ -1,7 +1,10 @@
 #include "core/BaseDeDatos.h"
 
 #include "core/FicheroAjeno.h"
+#include "core/Vuelta.h"
 
+#include <QFile>
+#include <QFileInfo>
 #include <QUrl>
 
 #include <ctime>
@@ -175,7 +178,7 @@ bool BaseDeDatos::porCadaFila(const char *sql, const std::function<bool(const Fi
         base.get(), [](sqlite3 *suya) { sqlite3_progress_handler(suya, 0, nullptr, nullptr); });
     const auto consulta = compilar(sql);
     if (!consulta)
-        return false;
+        return entera(sqlite3_errcode(base.get()));
     qint64 quedan = largo / bytesPorFila + filasSiempre;
     qint64 entregados = 0;
     int paso = SQLITE_ROW;
@@ -183,9 +186,23 @@ bool BaseDeDatos::porCadaFila(const char *sql, const std::function<bool(const Fi
         if (!fila(Fila(consulta.get(), entregados)))
             return true;
         if (--quedan < 0 || entregados > vecesElFichero * largo + holgura)
-            return false;
+            return entera(SQLITE_TOOBIG);
     }
-    return paso == SQLITE_DONE;
+    return entera(paso);
+}
+
+/// Notes the end of a query; true when it came to its end.
+bool BaseDeDatos::entera(int codigo) const
+{
+    const int clase = codigo & 0xFF;
+    if (clase == SQLITE_DONE)
+        return true;
+    // Plain errors speak of the query: other versions of the phone's system have other tables.
+    if (clase != SQLITE_ERROR && clase != SQLITE_AUTH) {
+        danada_ = true;
+        Vuelta::danada(QFileInfo(QFile::decodeName(sqlite3_db_filename(base.get(), "main"))).fileName());
+    }
+    return false;
 }
 
 } // namespace vellora

@@ -58,6 +58,9 @@ public:
     /// Hands each row to `fila` until it returns false. Gives false when the query cannot be run to its end: a table or
     /// column that is missing, a damaged page, a value or a result beyond the bounds.
     bool porCadaFila(const char *sql, const std::function<bool(const Fila &)> &fila) const;
+    /// Whether some query was given less than the file should hold: a damaged page, no database at all, something
+    /// beyond the bounds. A table or a column that is not there is no damage.
+    bool danada() const { return danada_; }
 
 private:
     struct Cerrar {
@@ -72,11 +75,13 @@ private:
     };
     BaseDeDatos(sqlite3 *abierta, const QString &fichero);
     Sentencia compilar(const char *sql) const;
+    bool entera(int codigo) const;
     static int autorizar(void *leidas, int accion, const char *tabla, const char *columna, const char *, const char *);
 
     std::unique_ptr<Leidas> leidas;
     std::unique_ptr<sqlite3, Cerrar> base; // goes before what it points to
-    qint64 largo;                          ///< of the file and its log
+    mutable bool danada_ = false;
+    qint64 largo; ///< of the file and its log
 };
 
 } // namespace vellora

@@ -1,5 +1,7 @@
 #include "core/CarpetaDeDestino.h"
 
+#include "core/Vuelta.h"
+
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -90,8 +92,10 @@ bool CarpetaDeDestino::colocar(int numero, const QByteArray &relativa)
 {
     const auto corte = relativa.lastIndexOf('/');
     const int suya = corte < 0 ? *raiz : carpeta(relativa.first(corte));
-    if (suya < 0 ||
-        renameat(*raiz, nombreDeTrabajo(numero).constData(), suya, relativa.sliced(corte + 1).constData()) != 0)
+    const auto renombrar = [&] {
+        return renameat(*raiz, nombreDeTrabajo(numero).constData(), suya, relativa.sliced(corte + 1).constData()) == 0;
+    };
+    if (suya < 0 || !Vuelta::publicar(renombrar))
         return false;
     // Between two names of the same bytes nothing is renamed, and the working one stays.
     desechar(numero);
@@ -102,16 +106,22 @@ CarpetaDeDestino::Sitio CarpetaDeDestino::colocarSiCabe(int numero, const QByteA
 {
     const auto corte = relativa.lastIndexOf('/');
     const int suya = corte < 0 ? *raiz : carpeta(relativa.first(corte));
-    if (suya < 0)
-        return Sitio::Negado;
     const auto nombre = relativa.sliced(corte + 1);
     const auto deTrabajo = nombreDeTrabajo(numero);
-    if (renameat2(*raiz, deTrabajo.constData(), suya, nombre.constData(), RENAME_NOREPLACE) == 0)
-        return Sitio::Suyo;
-    if (errno == EEXIST)
-        return Sitio::Ocupado;
-    // A name that is not valid there, or a disk that knows no such renaming (exFAT and NTFS by FUSE, NFS).
-    return errno == EINVAL ? colocarSinCambiarNombre(numero, suya, nombre) : Sitio::Negado;
+    auto sitio = Sitio::Negado;
+    const auto renombrar = [&] {
+        if (renameat2(*raiz, deTrabajo.constData(), suya, nombre.constData(), RENAME_NOREPLACE) == 0)
+            sitio = Sitio::Suyo;
+        else if (errno == EEXIST)
+            sitio = Sitio::Ocupado;
+        else if (errno == EINVAL)
+            // A name that is not valid there, or a disk that knows no such renaming (exFAT and NTFS by FUSE, NFS).
+            sitio = colocarSinCambiarNombre(numero, suya, nombre);
+        return sitio == Sitio::Suyo;
+    };
+    if (suya >= 0)
+        Vuelta::publicar(renombrar);
+    return sitio;
 }
 
 CarpetaDeDestino::Sitio CarpetaDeDestino::colocarSinCambiarNombre(int numero, int suya, const QByteArray &nombre) const
@@ -137,6 +147,11 @@ CarpetaDeDestino::Sitio CarpetaDeDestino::colocarSinCambiarNombre(int numero, in
     unlinkat(suya, nombre.constData(), 0);
     errno = error;
     return Sitio::Negado;
+}
+
+Descriptor CarpetaDeDestino::releer(int numero) const
+{
+    return Descriptor(openat(*raiz, nombreDeTrabajo(numero).constData(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC));
 }
 
 Descriptor CarpetaDeDestino::leer(const QByteArray &relativa)

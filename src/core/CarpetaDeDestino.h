@@ -53,6 +53,8 @@ public:
     Descriptor nuevo(int numero) const;
     /// The same file again, to write on at its end.
     Descriptor seguir(int numero) const;
+    /// The same, to read what was written so far.
+    Descriptor releer(int numero) const;
     /// Makes the working file a second name of that file's bytes, on the same volume: no room, no time.
     bool nuevoEnlaceDe(const QString &fichero, int numero) const;
     /// Gives the working file its own name, making the folders on the way and replacing a file of that name.

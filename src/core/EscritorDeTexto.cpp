@@ -1,5 +1,8 @@
 #include "core/EscritorDeTexto.h"
 
+#include "core/Vuelta.h"
+
+#include <algorithm>
 #include <cerrno>
 #include <unistd.h>
 
@@ -62,14 +65,44 @@ void EscritorDeTexto::soltar()
     fichero = Descriptor();
 }
 
-bool EscritorDeTexto::cerrar()
+bool EscritorDeTexto::cerrar(bool entero)
 {
     vaciar();
     if (!fichero && bien)
         fichero = carpeta.seguir(numero);
-    colocado = bien && fichero && fdatasync(*fichero) == 0 && carpeta.colocar(numero, relativa);
+    colocado = bien && fichero && fdatasync(*fichero) == 0 && colocar(entero);
     fichero = Descriptor();
+    if (!colocado)
+        Vuelta::sinEscribir(relativa);
     return colocado;
+}
+
+bool EscritorDeTexto::colocar(bool entero)
+{
+    using Sitio = CarpetaDeDestino::Sitio;
+    const auto sitio = entero ? Sitio::Ocupado : carpeta.colocarSiCabe(numero, relativa);
+    if (sitio == Sitio::Ocupado)
+        return carpeta.colocar(numero, entero ? relativa : conCola(relativa, "(a medias)"));
+    return sitio == Sitio::Suyo;
+}
+
+Descriptor EscritorDeTexto::releer()
+{
+    soltar();
+    return bien ? carpeta.releer(numero) : Descriptor();
+}
+
+QByteArray EscritorDeTexto::conCola(const QByteArray &relativa, const QByteArray &cola)
+{
+    constexpr qsizetype largoDeNombre = 255; // bytes, of the common file systems
+    const auto barra = relativa.lastIndexOf('/') + 1;
+    const auto punto = relativa.lastIndexOf('.');
+    const auto corte = punto > barra ? punto : relativa.size();
+    const auto detras = ' ' + cola + relativa.sliced(corte);
+    auto nombre = relativa.sliced(barra, corte - barra).first(std::min(corte - barra, largoDeNombre - detras.size()));
+    while (!QUtf8StringView(nombre).isValidUtf8())
+        nombre.chop(1); // not inside a character
+    return relativa.first(barra) + nombre + detras;
 }
 
 void ponerTextoLimpio(QByteArray &a, QByteArrayView bytes)

@@ -26,11 +26,18 @@ public:
     /// Lets go of the descriptor for a while; the next text opens it again.
     void soltar();
     bool abierto() const { return bool(fichero); }
-    /// True when the file stands under its name, whole.
-    bool cerrar();
+    /// True when the file stands under its name, whole. With `entero` false it tells only a part of what there is: a
+    /// file that is there already then stays, and this one goes beside it as "NAME (a medias)".
+    bool cerrar(bool entero = true);
+    /// Puts on the disk what was written so far and opens it to read; invalid when some of it could not be written.
+    Descriptor releer();
+    const QByteArray &nombre() const { return relativa; }
+    /// "FOLDER/NAME.txt" and what stands behind the name as "FOLDER/NAME BEHIND.txt", shortened to what fits.
+    static QByteArray conCola(const QByteArray &relativa, const QByteArray &cola);
 
 private:
     void vaciar();
+    bool colocar(bool entero);
 
     CarpetaDeDestino &carpeta;
     QByteArray relativa;

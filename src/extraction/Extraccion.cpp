@@ -1,6 +1,7 @@
 #include "extraction/Extraccion.h"
 
 #include "core/EscritorDeTexto.h"
+#include "core/Vuelta.h"
 #include "extraction/Renglones.h"
 
 #include <QDirIterator>
@@ -38,7 +39,7 @@ void BaseDelTelefono::porCadaFila(const char *consulta, const char *orden, const
     const auto hacer = [&](const Fila &una) {
         alguna = true;
         fila(una);
-        return true;
+        return Vuelta::seguimos();
     };
     const bool entera = base.porCadaFila((QByteArray(consulta) + ' ' + orden).constData(), hacer);
     if (!entera && !alguna)
@@ -82,20 +83,9 @@ std::optional<BaseDelTelefono> abrirPublico(const QString &fichero)
                 return BaseDelTelefono(*std::move(base), *std::move(privada));
         }
     }
+    Vuelta::danada(QFileInfo(fichero).fileName());
     auto directa = BaseDeDatos::abrir(fichero);
-    return directa ? std::optional(BaseDelTelefono(*std::move(directa), {})) : std::nullopt;
-}
-
-QStringList buscar(const QString &nombre, const QString &dentro)
-{
-    QStringList hallados;
-    QDirIterator recorrido(dentro, QDir::Files | QDir::Hidden | QDir::NoSymLinks, QDirIterator::Subdirectories);
-    while (recorrido.hasNext()) {
-        recorrido.next();
-        if (recorrido.fileName() == nombre)
-            hallados << recorrido.filePath();
-    }
-    return hallados;
+    return directa ? std::optional(BaseDelTelefono(*std::move(directa), {}, true)) : std::nullopt;
 }
 
 QString buscarPublico(const QString &nombre, const QString &dentro)
@@ -126,47 +116,28 @@ qint64 escribirTabla(const Tabla &tabla, const QStringList &bases, const QString
         *escritor << linea;
         ++filas;
     };
+    bool entera = true;
     for (const auto &fichero : bases) {
         const auto base = abrirPublico(fichero);
         const auto consulta = base ? tabla.consulta(*base) : QByteArray();
         if (!consulta.isEmpty())
             base->porCadaFila(consulta.constData(), tabla.orden, ponerFila);
+        entera = entera && !(base && base->danada());
     }
-    return escritor && escritor->cerrar() ? filas : 0;
-}
-
-bool copiarFichero(const QString &origen, CarpetaDeDestino &destino, const QString &relativa)
-{
-    constexpr int numero = 0;
-    const auto nombre = relativa.toUtf8();
-    if (destino.nuevoEnlaceDe(origen, numero) && destino.colocar(numero, nombre))
-        return true;
-    QFile entrada(origen);
-    const auto descriptor = destino.nuevo(numero);
-    QFile salida;
-    if (!descriptor || !entrada.open(QIODevice::ReadOnly) || !salida.open(*descriptor, QIODevice::WriteOnly))
-        return false;
-    QByteArray tramo(1 << 20, Qt::Uninitialized);
-    qint64 leidos = 0;
-    while ((leidos = entrada.read(tramo.data(), tramo.size())) > 0) {
-        if (salida.write(tramo.constData(), leidos) != leidos)
-            break;
-    }
-    // The owner knows a recording by its day.
-    const bool bien = leidos == 0 && salida.flush() && fdatasync(*descriptor) == 0 &&
-                      salida.setFileTime(entrada.fileTime(QFile::FileModificationTime), QFile::FileModificationTime) &&
-                      destino.colocar(numero, nombre);
-    if (!bien)
-        destino.desechar(numero);
-    return bien;
+    return escritor && escritor->cerrar(entera) ? filas : 0;
 }
 
 QStringList todo(const QString &desde, const QString &a)
 {
     CarpetaDeDestino::limpiar(a);
+    // Results share their bytes with unpacked files: what is not on the disk yet must get there first.
+    if (const auto desempaquetada = CarpetaDeDestino::abrir(desde))
+        desempaquetada->asentar();
     QStringList resumen;
     for (const auto extractor : {&mensajes, &whatsapp, &notasDeVoz, &contactos, &llamadas, &notas, &calendario,
                                  &recordatorios, &safari, &salud, &buzonDeVoz}) {
+        if (!Vuelta::seguimos())
+            break;
         if (const auto linea = extractor(desde, a))
             resumen << *linea;
     }

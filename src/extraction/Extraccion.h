@@ -33,8 +33,9 @@ class BaseDelTelefono
 public:
     using PorFila = std::function<void(const Fila &)>;
 
-    BaseDelTelefono(BaseDeDatos laBase, std::optional<CarpetaDeTrabajo> laPrivada)
-        : privada(std::move(laPrivada)), base(std::move(laBase))
+    /// `quedoSinDiario`: there are latest changes, and they could not be taken in.
+    BaseDelTelefono(BaseDeDatos laBase, std::optional<CarpetaDeTrabajo> laPrivada, bool quedoSinDiario = false)
+        : privada(std::move(laPrivada)), base(std::move(laBase)), sinDiario(quedoSinDiario)
     {
     }
 
@@ -44,18 +45,22 @@ public:
     /// The columns that a table has in this version of iOS; none for a table that is not there. What is missing is
     /// asked for in no query: versions are never guessed.
     QSet<QByteArray> columnas(const char *tabla) const;
+    /// Whether some query could not be run to its end because the file is damaged, or its latest changes are missing.
+    bool danada() const { return sinDiario || base.danada(); }
     /// Whether a query gives any row; false too when it cannot be run.
     bool hay(const char *consulta) const;
 
 private:
     std::optional<CarpetaDeTrabajo> privada; ///< of the copy; absent when the file is read where it is
     BaseDeDatos base;
+    bool sinDiario;
 };
 
 /// Opens a private copy or, when that cannot be made or there is nothing in the log, the file itself. Absent for a
 /// missing file.
 std::optional<BaseDelTelefono> abrirPublico(const QString &fichero);
-/// Files of that very name under a folder, in the order of the walk; links are not looked at.
+/// Files of that very name under a folder; links and empty files are not looked at. First where the phone keeps it,
+/// then those that hold something, then by name: never in the order in which a disk happens to list them.
 QStringList buscar(const QString &nombre, const QString &dentro);
 /// The first of them; empty without any.
 QString buscarPublico(const QString &nombre, const QString &dentro);
@@ -83,8 +88,10 @@ inline auto siempre(const char *consulta)
 /// none, or when the file could not be written.
 qint64 escribirTabla(const Tabla &tabla, const QStringList &bases, const QString &a);
 
-/// Puts a file of the unpacked folder into the result folder, in place of one of that name: as a second name of its
-/// bytes where one volume holds both (the unpacked folder goes away), as a copy otherwise.
+/// Puts a file of the unpacked folder into the result folder: as a second name of its bytes where one volume holds both
+/// (the unpacked folder goes away), as a copy otherwise. Nothing that is there is lost: the same file stays, one that
+/// is the beginning of the other gives way, and of two different ones the new one becomes "NAME (2)". False when it
+/// could not be written.
 bool copiarFichero(const QString &origen, CarpetaDeDestino &destino, const QString &relativa);
 
 /// Runs all extractors, in the order of the summary; its lines. Clears away what a run that was ended left behind.

@@ -138,7 +138,7 @@ std::optional<QString> chatsDeWhatsApp(const QString &desde, CarpetaDeDestino &c
         conversador.vivos.reservar(fila.utf8(1).toByteArray(), nombre);
     });
     base->porCadaFila(consultaWhatsApp, ordenWhatsApp, [&](const Fila &fila) { conversador.fila(fila); });
-    const auto total = conversador.vivos.cerrar();
+    const auto total = conversador.vivos.cerrar(!base->danada());
     if (total.filas == 0)
         return {};
     return u"WhatsApp: %1 mensajes en %2 chats"_s.arg(total.filas).arg(total.grupos);
@@ -156,9 +156,9 @@ std::optional<QString> mensajes(const QString &desde, const QString &a)
     base->porCadaFila(consultaMensajes(*base).constData(), ordenMensajes,
                       [&](const Fila &fila) { conversador.fila(fila); });
     QStringList lineas;
-    if (const auto total = conversador.vivos.cerrar(); total.filas > 0)
+    if (const auto total = conversador.vivos.cerrar(!base->danada()); total.filas > 0)
         lineas << u"Mensajes: %1 en %2 conversaciones (carpeta Mensajes)"_s.arg(total.filas).arg(total.grupos);
-    if (const auto total = conversador.tirados.cerrar(); total.filas > 0)
+    if (const auto total = conversador.tirados.cerrar(!base->danada()); total.filas > 0)
         lineas << u"Mensajes eliminados hace poco: %1 (carpeta Eliminado hace poco)"_s.arg(total.filas);
     return lineas.isEmpty() ? std::nullopt : std::optional(lineas.join(u'\n'));
 }
@@ -171,7 +171,7 @@ std::optional<QString> whatsapp(const QString &desde, const QString &a)
     QStringList lineas;
     if (const auto chats = chatsDeWhatsApp(desde, *carpeta))
         lineas << *chats;
-    const auto medios = copiarMedios(desde + u"/WhatsApp/Media"_s, *carpeta, "WhatsApp", "Fotos y audios");
+    const auto medios = copiarMedios(desde + u"/WhatsApp/Media"_s, *carpeta, u"WhatsApp/Fotos y audios"_s);
     if (medios > 0)
         lineas << u"WhatsApp: %1 fotos, audios y vídeos"_s.arg(medios);
     return lineas.isEmpty() ? std::nullopt : std::optional(lineas.join(u'\n'));

@@ -1,5 +1,8 @@
 #include "extraction/Grupos.h"
 
+#include "core/Vuelta.h"
+#include "extraction/MensajesDeAntes.h"
+
 namespace vellora::Extraccion
 {
 
@@ -54,11 +57,18 @@ void Grupos::linea(const QByteArray &clave, const QByteArray &nombre, const QByt
     ++suyo.filas;
 }
 
-Grupos::Total Grupos::cerrar()
+Grupos::Total Grupos::cerrar(bool enteros)
 {
     Total total;
+    const int otro = primero + static_cast<int>(grupos.size());
     for (auto &grupo : grupos) {
-        if (!grupo.escritor || !grupo.escritor->cerrar())
+        if (!grupo.escritor)
+            continue;
+        if (enteros && !guardarMensajesDeAntes(carpeta, *grupo.escritor, otro)) {
+            Vuelta::sinEscribir(grupo.fichero);
+            continue;
+        }
+        if (!grupo.escritor->cerrar(enteros))
             continue;
         total.filas += grupo.filas;
         ++total.grupos;

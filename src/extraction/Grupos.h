@@ -35,8 +35,9 @@ public:
         qint64 filas = 0;
         qint64 grupos = 0;
     };
-    /// Puts the files in their places. Gives what could be written.
-    Total cerrar();
+    /// Puts the files in their places; with `enteros` false they tell only a part, and files that are there stay. What
+    /// an earlier file told and is no longer on the phone is kept beside it. Gives what could be written.
+    Total cerrar(bool enteros = true);
 
 private:
     struct Grupo {

@@ -2,17 +2,14 @@
 
 #include "core/CarpetaDeDestino.h"
 
-#include <QByteArray>
 #include <QString>
 
 namespace vellora::Extraccion
 {
 
-/// Copies a whole folder of the unpacked backup to the folder `nombre` inside `dentro` of the destination, in place of
-/// an earlier one. The new one is made beside it and takes its place at the end, so that a run that is ended leaves one
-/// of them whole. Gives the number of files that stand there, 0 when there was nothing to copy or it could not be put
-/// there.
-qint64 copiarMedios(const QString &origen, CarpetaDeDestino &destino, const QByteArray &dentro,
-                    const QByteArray &nombre);
+/// Brings a whole folder of the unpacked backup into the folder `dentro` of the results. What is there stays: media
+/// that are no longer on the phone, or that this backup does not hold, are the owner's still. Gives how many files of
+/// the backup stand there; the rest could not be written.
+qint64 copiarMedios(const QString &origen, CarpetaDeDestino &destino, const QString &dentro);
 
 } // namespace vellora::Extraccion

@@ -418,7 +418,8 @@ void PruebaExtractores::mediosDeWhatsApp()
     QCOMPARE(Extraccion::whatsapp(desde, a), u"WhatsApp: 2 fotos, audios y vídeos"_s);
     QCOMPARE(hecho(u"WhatsApp/Fotos y audios/1@s/a/foto.jpg"_s), "foto");
     const auto todo = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
-    QCOMPARE(QDir(a + u"/WhatsApp/Fotos y audios"_s).entryList(todo), QStringList{u"1@s"_s});
+    // What is no longer on the phone, or not in this backup, stays.
+    QCOMPARE(QDir(a + u"/WhatsApp/Fotos y audios"_s).entryList(todo), (QStringList{u"1@s"_s, u"vieja.jpg"_s}));
     QCOMPARE(QDir(a + u"/WhatsApp"_s).entryList(todo), QStringList{u"Fotos y audios"_s});
 
     // A link in its place is replaced, what it points at stays.
