@@ -3,6 +3,7 @@
 #include "app/Bandeja.h"
 #include "app/InstanciaUnica.h"
 #include "app/TrasRefrescar.h"
+#include "app/cli/Cancelacion.h"
 #include "core/Herramientas.h"
 #include "platform/Apariencia.h"
 #include "platform/Llavero.h"
@@ -46,6 +47,9 @@ int abrirVentana(int &argc, char **argv)
     if (ventana == nullptr)
         return 1;
     QObject::connect(&unica, &InstanciaUnica::llamada, ventana, [ventana] { traerAlFrente(*ventana); });
+    // The end of the session, or of the terminal: what is under way ends in order, and leaves no working folder.
+    const Cancelacion alPedirElFin;
+    QObject::connect(&alPedirElFin, &Cancelacion::pedida, &app, &QCoreApplication::quit);
     // After the first picture: the bar can wait, the owner should not.
     std::unique_ptr<Bandeja> bandeja;
     QObject::connect(

@@ -89,7 +89,33 @@ private:
     int cuantas = 0;
 };
 
+void cerrarDesde(int padre, const char *nombre, dev_t volumen, int hondura)
+{
+    const Descriptor carpeta(openat(padre, nombre, soloCarpeta));
+    struct stat ficha = {};
+    if (!carpeta || fstat(*carpeta, &ficha) != 0 || ficha.st_uid != geteuid() || ficha.st_dev != volumen)
+        return;
+    if ((ficha.st_mode & (S_IRWXG | S_IRWXO)) != 0)
+        fchmod(*carpeta, ficha.st_mode & S_IRWXU);
+    if (hondura <= 0)
+        return;
+    const std::unique_ptr<DIR, int (*)(DIR *)> lista(fdopendir(openat(*carpeta, ".", soloCarpeta)), &closedir);
+    while (const auto *una = lista ? readdir(lista.get()) : nullptr) {
+        const bool deVerdad = std::strcmp(una->d_name, ".") != 0 && std::strcmp(una->d_name, "..") != 0;
+        if (deVerdad && (una->d_type == DT_DIR || una->d_type == DT_UNKNOWN))
+            cerrarDesde(*carpeta, una->d_name, volumen, hondura - 1);
+    }
+}
+
 } // namespace
+
+void cerrar(const QString &ruta, bool hastaElFondo)
+{
+    const auto nombre = QFile::encodeName(ruta);
+    struct stat ficha = {};
+    if (lstat(nombre.constData(), &ficha) == 0)
+        cerrarDesde(AT_FDCWD, nombre.constData(), ficha.st_dev, hastaElFondo ? honduraMaxima : 0);
+}
 
 Descriptor abrir(const QString &ruta)
 {

@@ -23,6 +23,10 @@ QString enLaCache(const QString &dentro = {});
 /// small files that one process hands to another. Empty when there is no private one.
 QString deLaSesion();
 
+/// Closes a folder of this user's that is there to everybody else, with `hastaElFondo` all folders under it too: never
+/// through a link, never in another volume, never somebody else's.
+void cerrar(const QString &ruta, bool hastaElFondo);
+
 /// Removes a folder of this user's and all that is under it; never through a link, never into another volume. False
 /// when some of it stays.
 bool quitar(int padre, const QByteArray &nombre);

@@ -5,6 +5,7 @@
 
 #include <cstring>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace
@@ -32,6 +33,7 @@ void acotarMemoria(bool deImagenes)
 
 int main(int argc, char *argv[])
 {
+    umask(S_IRWXG | S_IRWXO);
     vellora::motor::Interrupcion::vigilar();
     QStringList argumentos;
     for (int i = 1; i < argc; ++i)

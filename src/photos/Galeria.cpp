@@ -1,12 +1,15 @@
 #include "photos/Galeria.h"
 
+#include "core/CarpetaPrivada.h"
 #include "core/Ejecutor.h"
 #include "core/Motor.h"
 #include "core/SegundoPlano.h"
 #include "images/ImagenReducida.h"
 #include "photos/ElegidasDelCarrete.h"
 
+#include <QCryptographicHash>
 #include <QDir>
+#include <QDirIterator>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -39,7 +42,35 @@ Galeria::~Galeria() = default;
 
 QString Galeria::carpeta()
 {
-    return QDir::homePath() + u"/Vellora/.miniaturas"_s;
+    return CarpetaPrivada::enLaCache(u"miniaturas"_s);
+}
+
+QString Galeria::carpetaDe(const QString &udid)
+{
+    const auto huella = QCryptographicHash::hash(udid.toUtf8(), QCryptographicHash::Sha1).toHex().first(16);
+    return carpeta() + u'/' + QString::fromLatin1(huella);
+}
+
+void Galeria::podar(const QString &udid, const QList<FotoDelCarrete> &carrete, qint64 maximo)
+{
+    QSet<QString> suyas;
+    for (const auto &foto : carrete)
+        suyas << nombreDeMiniatura(udid, foto.ruta, foto.bytes, foto.fecha);
+    for (const auto &nombre : QDir(carpetaDe(udid)).entryList(QDir::Files)) {
+        if (!suyas.contains(nombre))
+            QFile::remove(carpetaDe(udid) + u'/' + nombre);
+    }
+    QFileInfoList todas;
+    qint64 bytes = 0;
+    QDirIterator recorrido(carpeta(), QDir::Files | QDir::NoSymLinks, QDirIterator::Subdirectories);
+    while (recorrido.hasNext()) {
+        todas << recorrido.nextFileInfo();
+        bytes += todas.last().size();
+    }
+    std::sort(todas.begin(), todas.end(),
+              [](const QFileInfo &una, const QFileInfo &otra) { return una.lastModified() < otra.lastModified(); });
+    for (auto una = todas.cbegin(); una != todas.cend() && bytes > maximo; ++una)
+        bytes -= QFile::remove(una->filePath()) ? una->size() : 0;
 }
 
 void Galeria::preparar(const QString &elUdid, const QString &laCarpeta)
@@ -56,7 +87,7 @@ void Galeria::preparar(const QString &elUdid, const QString &laCarpeta)
 
 QString Galeria::ficheroDe(const FotoDelCarrete &foto) const
 {
-    return carpeta() + u'/' + nombreDeMiniatura(udid, foto.ruta, foto.bytes, foto.fecha);
+    return carpetaDe(udid) + u'/' + nombreDeMiniatura(udid, foto.ruta, foto.bytes, foto.fecha);
 }
 
 bool Galeria::falta(const FotoDelCarrete &foto) const
@@ -100,7 +131,7 @@ void Galeria::seguir()
         return;
     preparando_ = true;
     const auto argumentos =
-        motor->argumentos + QStringList{u"miniaturas"_s, udid, lista->fichero, carpetaFotos, carpeta()};
+        motor->argumentos + QStringList{u"miniaturas"_s, udid, lista->fichero, carpetaFotos, carpetaDe(udid)};
     const auto hacer = [ejecutable = motor->ejecutable, argumentos, lista] {
         return Ejecutor::rapido(ejecutable, argumentos, limiteDeSegundos);
     };

@@ -23,8 +23,15 @@ public:
     explicit Galeria(QObject *padre = nullptr);
     ~Galeria() override;
 
-    /// "Vellora/.miniaturas"
+    /// All of them together take no more.
+    static constexpr qint64 maximoEnDisco = 500'000'000;
+
+    /// "miniaturas" in the program's cache, with a folder for each phone.
     static QString carpeta();
+    static QString carpetaDe(const QString &udid);
+    /// Removes the pictures of that phone whose photos are not in its roll any more, then of all phones the oldest
+    /// until the rest takes no more than `maximo` bytes. Off the main thread.
+    static void podar(const QString &udid, const QList<FotoDelCarrete> &carrete, qint64 maximo = maximoEnDisco);
 
     /// Whose pictures are asked for from now on; what was asked for another phone is forgotten.
     void preparar(const QString &udid, const QString &carpetaFotos);

@@ -97,7 +97,11 @@ void SeleccionFotos::leer()
         udid = suyo;
         galeria.preparar(udid, modelo.carpetaFotos());
         enSegundoPlano(
-            this, [fotos] { return std::make_shared<const Elementos>(agrupar(fotos)); },
+            this,
+            [fotos, suyo] {
+                Galeria::podar(suyo, fotos);
+                return std::make_shared<const Elementos>(agrupar(fotos));
+            },
             [this, suyo](const std::shared_ptr<const Elementos> &agrupados) {
                 if (udid != suyo)
                     return;

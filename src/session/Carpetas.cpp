@@ -1,6 +1,7 @@
 #include "session/Carpetas.h"
 
 #include "core/Preferencias.h"
+#include "session/SinTelefono.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -49,7 +50,10 @@ QString base(const std::optional<Dispositivo> &elegido)
 {
     if (elegido)
         return raiz().filePath(comoNombreDeCarpeta(elegido->nombre));
-    return raiz().filePath(deTelefonos().value(0, u"iPhone"_s));
+    if (const auto suya = SinTelefono::cual(); !suya.isEmpty())
+        return raiz().filePath(suya);
+    // Nobody's: a name that no folder with data has.
+    return raiz().filePath(SinTelefono::conDatos().isEmpty() ? u"iPhone"_s : u".sin elegir"_s);
 }
 
 QString datos(const std::optional<Dispositivo> &elegido)
@@ -77,7 +81,7 @@ QString fotosParaIA(const std::optional<Dispositivo> &elegido)
 
 bool hayVarias()
 {
-    return deTelefonos().size() > 1;
+    return SinTelefono::conDatos().size() > 1;
 }
 
 QStringList deCopias()

@@ -1,6 +1,7 @@
 #include "session/Modelo.h"
 
 #include "core/CarpetaDeTrabajo.h"
+#include "core/CarpetaPrivada.h"
 #include "core/Ejecutor.h"
 #include "core/Formato.h"
 #include "core/Herramientas.h"
@@ -10,6 +11,7 @@
 #include "session/Carpetas.h"
 #include "session/Detector.h"
 #include "session/Migracion.h"
+#include "session/SinTelefono.h"
 
 #include <QDir>
 #include <QStorageInfo>
@@ -61,11 +63,7 @@ Dispositivo fundir(Dispositivo fresco, const Dispositivo *anterior)
 Modelo::Modelo(QObject *padre) : QObject(padre)
 {
     Migracion::alArrancar(); // before the journal reads its file
-    const auto quitarRestos = [] {
-        CarpetaDeTrabajo::quitarMuertas();
-        return true;
-    };
-    enSegundoPlano(this, quitarRestos, [](bool) {});
+    ponerEnOrden();
     diario_ = std::make_unique<Diario>();
     tarea_ = std::make_unique<Tarea>(*diario_);
     connect(tarea_.get(), &Tarea::cambio, this, &Modelo::cambio);
@@ -80,6 +78,19 @@ Modelo::Modelo(QObject *padre) : QObject(padre)
 }
 
 Modelo::~Modelo() = default;
+
+/// What older versions and killed runs left as it should not be.
+void Modelo::ponerEnOrden()
+{
+    const auto ordenar = [falta = SinTelefono::faltaCerrar()] {
+        CarpetaDeTrabajo::quitarMuertas();
+        SinTelefono::cerrarALosDemas(falta);
+        // Small pictures are the cache's by now.
+        CarpetaPrivada::quitar(QDir::homePath() + u"/Vellora/.miniaturas"_s);
+        return true;
+    };
+    enSegundoPlano(this, ordenar, [](bool) { SinTelefono::yaCerrado(); });
+}
 
 void Modelo::refrescar(bool silencioso)
 {
@@ -105,6 +116,8 @@ void Modelo::aplicar(const QList<Dispositivo> &leidos, const std::optional<QStri
     dispositivos_ = fundidos;
     buscando_ = false;
     elegirTrasRefrescar(antes);
+    if (seleccionado_)
+        SinTelefono::recordar(QFileInfo(carpetaBase()).fileName());
     if (seleccionado_ && !iPhoneNuevo_ && !esConocido(seleccionado_->id))
         iPhoneNuevo_ = seleccionado_;
     if (visto != std::tuple(dispositivos_, seleccionado_, iPhoneNuevo_, buscando_))
@@ -249,8 +262,29 @@ std::optional<QString> sentenciaDeNoCabe(qint64 bytes, std::optional<qint64> lib
 
 void Modelo::abrirEnFinder(const QString &carpeta)
 {
-    QDir().mkpath(carpeta);
-    mostrarEnElGestor(carpeta);
+    if (seleccionado_)
+        QDir().mkpath(carpeta);
+    // For a phone that is not there nothing is made: what there is above it is shown.
+    auto estaAhi = carpeta;
+    while (!QFileInfo::exists(estaAhi) && QFileInfo(estaAhi).path() != estaAhi)
+        estaAhi = QFileInfo(estaAhi).path();
+    mostrarEnElGestor(estaAhi);
+}
+
+QString Modelo::datosDe() const
+{
+    return seleccionado_ ? QString() : SinTelefono::cual();
+}
+
+QStringList Modelo::carpetasConDatos() const
+{
+    return seleccionado_ ? QStringList() : SinTelefono::conDatos();
+}
+
+void Modelo::elegirDatosDe(const QString &carpeta)
+{
+    SinTelefono::recordar(carpeta);
+    emit cambioDeSesion();
 }
 
 QVariantList Modelo::dispositivosVariante() const

@@ -28,6 +28,8 @@ class Modelo : public QObject
     Q_PROPERTY(bool hayIPhoneNuevo READ hayIPhoneNuevo NOTIFY cambioDeSesion)
     Q_PROPERTY(vellora::Dispositivo iPhoneNuevo READ iPhoneNuevoOVacio NOTIFY cambioDeSesion)
     Q_PROPERTY(QString carpetaBaseEnVista READ carpetaBase NOTIFY cambioDeSesion)
+    Q_PROPERTY(QString datosDe READ datosDe NOTIFY cambioDeSesion)
+    Q_PROPERTY(QStringList carpetasConDatos READ carpetasConDatos NOTIFY cambioDeSesion)
     Q_PROPERTY(vellora::Tarea *tarea READ tareaPuntero CONSTANT)
     Q_PROPERTY(vellora::Diario *diario READ diarioPuntero CONSTANT)
 
@@ -73,7 +75,13 @@ public:
     std::optional<qint64> libreEnElMac() const;
     /// Absent when `bytes` and a margin of two decimal gigabytes fit; otherwise the sentence for the owner.
     std::optional<QString> noCabe(qint64 bytes) const;
-    /// Creates the folder if missing and shows it in the file manager.
+    /// Without a phone: the folder whose data is shown, empty when there is none or the owner has yet to choose; and
+    /// all that there are to choose from. Empty with a phone.
+    QString datosDe() const;
+    QStringList carpetasConDatos() const;
+    Q_INVOKABLE void elegirDatosDe(const QString &carpeta);
+    /// Shows the folder in the file manager; with a phone it is made when missing, without one the nearest above it
+    /// that is there is shown.
     Q_INVOKABLE void abrirEnFinder(const QString &carpeta);
 
     /// Applies a fresh reading: merge, selection, new phone. What else follows is up to who listens to `refrescado`.
@@ -97,6 +105,7 @@ private:
     QString avisoAccesoTexto() const { return avisoAcceso_.value_or(QString()); }
     Tarea *tareaPuntero() { return tarea_.get(); }
     Diario *diarioPuntero() { return diario_.get(); }
+    void ponerEnOrden();
     void ponAvisoAcceso(const std::optional<QString> &aviso);
     void elegirTrasRefrescar(const std::optional<QString> &antes);
     const Dispositivo *conUdid(const QString &udid) const;

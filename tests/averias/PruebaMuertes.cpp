@@ -92,7 +92,9 @@ void PruebaMuertes::probar(const QStringList &orden, const QString &destino, con
         const auto alFinal = CopiaDePrueba::contenido(destino);
         for (auto it = despues.cbegin(); it != despues.cend(); ++it)
             QVERIFY2(alFinal.value(it.key()) == it.value(), qPrintable(it.key()));
-        QVERIFY(alFinal.keys().filter(u".vellora-"_s).isEmpty());
+        // Working files go when they are a day old: until then another program might be writing them.
+        for (const auto &nombre : alFinal.keys())
+            QVERIFY(!nombre.contains(".vellora-"_L1) || nombre.contains(".vellora-parcial-"_L1));
     }
     QVERIFY2(muertes >= cuantos * 4 / 5, qPrintable(QString::number(muertes)));
 }

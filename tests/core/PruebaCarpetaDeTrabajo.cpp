@@ -60,6 +60,7 @@ private slots:
     void deOtraPersona();
     void losMuertosYLosVivos();
     void nombresDeAntes();
+    void seCierraALosDemas();
 
 private:
     std::unique_ptr<QTemporaryDir> casa;
@@ -192,6 +193,30 @@ void PruebaCarpetaDeTrabajo::nombresDeAntes()
     CarpetaDeTrabajo::quitarMuertas();
     QVERIFY(!QFileInfo::exists(temporal + u"/vellora-bd"_s));
     QVERIFY(QFileInfo(temporal + u"/vellora-extraccion"_s).isSymLink());
+}
+
+/// Folders that were made under an open umask, with a link and another person's folder among them.
+void PruebaCarpetaDeTrabajo::seCierraALosDemas()
+{
+    const auto vellora = casa->filePath(u"Vellora"_s);
+    const auto abierto = S_IRWXU | S_IRWXG | S_IROTH | S_IXOTH;
+    const auto fotos = vellora + u"/iPhone/Fotos"_s;
+    QVERIFY(escribir(fotos + u"/100APPLE/IMG_0001.JPG"_s));
+    QVERIFY(QDir().mkpath(vellora + u"/de otro"_s));
+    QVERIFY(QFile::link(documentos, vellora + u"/enlace"_s));
+    for (const auto &ruta : {vellora, vellora + u"/iPhone"_s, fotos, vellora + u"/de otro"_s, documentos})
+        QCOMPARE(chmod(QFile::encodeName(ruta).constData(), abierto), 0);
+    if (geteuid() == 0)
+        QCOMPARE(chown(QFile::encodeName(vellora + u"/de otro"_s).constData(), 12345, 12345), 0);
+    CarpetaPrivada::cerrar(vellora, false);
+    QCOMPARE(modo(vellora), mode_t(S_IRWXU));
+    QCOMPARE(modo(fotos), mode_t(abierto));
+    CarpetaPrivada::cerrar(vellora, true);
+    QCOMPARE(modo(fotos), mode_t(S_IRWXU));
+    QCOMPARE(modo(documentos), mode_t(abierto));
+    if (geteuid() == 0)
+        QCOMPARE(modo(vellora + u"/de otro"_s), mode_t(abierto));
+    CarpetaPrivada::cerrar(casa->filePath(u"no está"_s), true);
 }
 
 QTEST_GUILESS_MAIN(PruebaCarpetaDeTrabajo)

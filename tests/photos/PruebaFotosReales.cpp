@@ -336,10 +336,11 @@ void PruebaFotosReales::miniaturas()
     QTest::qWait(1500);
     QVERIFY(dato(mala, SeleccionFotos::PapelMiniatura).toUrl().isEmpty());
     // They stay: another day nothing is asked of the phone.
-    const auto guardadas = QDir(Galeria::carpeta()).entryList(QDir::Files);
+    const auto suCarpeta = Galeria::carpetaDe(telefono->udid());
+    const auto guardadas = QDir(suCarpeta).entryList(QDir::Files);
     QVERIFY(guardadas.size() >= 3);
     for (const auto &una : guardadas)
-        QVERIFY(std::max(QImage(Galeria::carpeta() + u'/' + una).width(), 1) <= ladoDeMiniatura);
+        QVERIFY(std::max(QImage(suCarpeta + u'/' + una).width(), 1) <= ladoDeMiniatura);
     const auto sinPedir = seleccion.elemento(filaDe(u"IMG_0002.JPG"_s))->principal;
     QVERIFY(telefono->orden(u"desconectar"_s));
     Galeria otroDia;

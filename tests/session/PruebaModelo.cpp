@@ -169,16 +169,40 @@ void PruebaModelo::lasCarpetas()
     QVERIFY(!QFile::exists(modelo->carpetaBase()));
 }
 
+/// Whose data is shown while no phone is here.
 void PruebaModelo::laCarpetaSinTelefono()
 {
     const auto raiz = QDir::homePath() + u"/Vellora"_s;
+    const auto poner = [&](const QString &nombre) {
+        const auto fichero = raiz + u'/' + nombre + u"/Mis datos/Notas.txt"_s;
+        QFile escrito(fichero);
+        return QDir().mkpath(QFileInfo(fichero).path()) && escrito.open(QIODevice::WriteOnly);
+    };
     QCOMPARE(modelo->carpetaBase(), raiz + u"/iPhone"_s);
-    QVERIFY(QDir().mkpath(raiz + u"/Zoe"_s) && QDir().mkpath(raiz + u"/Luis"_s));
-    QFile fichero(raiz + u"/Ana"_s);
+    QVERIFY(!QFile::exists(raiz + u"/iPhone"_s));
+    // Hidden folders, folders that hold nothing and files tell of nobody.
+    QVERIFY(poner(u".miniaturas"_s) && QDir().mkpath(raiz + u"/Ana/Mis datos"_s));
+    QFile fichero(raiz + u"/Abel"_s);
     QVERIFY(fichero.open(QIODevice::WriteOnly));
+    QCOMPARE(modelo->datosDe(), QString());
+    // The only one that has data.
+    QVERIFY(poner(u"Zoe"_s));
+    QCOMPARE(modelo->carpetaBase(), raiz + u"/Zoe"_s);
+    QCOMPARE(modelo->datosDe(), u"Zoe"_s);
+    // Of several the owner chooses; until then nobody's data is shown.
+    QVERIFY(poner(u"Luis"_s));
+    QCOMPARE(modelo->datosDe(), QString());
+    QCOMPARE(modelo->carpetasConDatos(), (QStringList{u"Luis"_s, u"Zoe"_s}));
+    QVERIFY(!QFile::exists(modelo->carpetaDatos()));
+    modelo->elegirDatosDe(u"Luis"_s);
     QCOMPARE(modelo->carpetaBase(), raiz + u"/Luis"_s);
-    QVERIFY(QDir().mkpath(raiz + u"/.oculta"_s));
-    QCOMPARE(modelo->carpetaBase(), raiz + u"/.oculta"_s);
+    // The phone that was here last, while it has data.
+    aplicar({telefono(ana.id, u"Zoe"_s)});
+    QCOMPARE(modelo->datosDe(), QString());
+    aplicar({});
+    QCOMPARE(modelo->datosDe(), u"Zoe"_s);
+    QVERIFY(QDir(raiz + u"/Zoe"_s).removeRecursively());
+    QCOMPARE(modelo->datosDe(), u"Luis"_s);
 }
 
 void PruebaModelo::noCabe()

@@ -44,7 +44,9 @@ Rectangle {
         anchors.verticalCenter: parent.verticalCenter
         activo: !raiz.modelo.hayIPhone
 
-        CabeceraSinIPhone {}
+        CabeceraSinIPhone {
+            modelo: raiz.modelo
+        }
     }
 
     Row {

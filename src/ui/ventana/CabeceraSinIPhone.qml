@@ -1,8 +1,15 @@
 import QtQuick
 import Vellora.Componentes
+import Vellora.Sesion
 
-/// The header's words when no phone is connected.
+/// The header's words when no phone is connected: whose data is shown, and the choice where there are several.
 Row {
+    id: raiz
+
+    required property Modelo modelo
+    readonly property var carpetas: raiz.modelo.carpetasConDatos
+    readonly property string deQuien: raiz.modelo.datosDe
+
     spacing: 14
 
     Icono {
@@ -20,10 +27,21 @@ Row {
 
     Texto {
         anchors.verticalCenter: parent.verticalCenter
-        width: Math.max(0, Math.min(implicitWidth, parent.width - x))
+        width: Math.max(0, Math.min(implicitWidth, parent.width - x - (otro.visible ? otro.width + parent.spacing : 0)))
         tipo: Texto.Menor
         maximumLineCount: 2
         wrapMode: Text.Wrap
-        text: "· esto funciona con lo que ya está en el Mac"
+        elide: Text.ElideRight
+        text: "· esto funciona con lo que ya está en el Mac" + (raiz.deQuien !== "" ? "\nDatos de «" + raiz.deQuien + "»" : raiz.carpetas.length > 1 ? "\nHay datos de varios iPhone: elige de cuál quieres verlos" : "")
+    }
+
+    Boton {
+        id: otro
+
+        anchors.verticalCenter: parent.verticalCenter
+        visible: raiz.carpetas.length > 1
+        clase: Boton.Callado
+        texto: raiz.deQuien === "" ? "Ver los de «" + raiz.carpetas[0] + "»" : "Ver los de otro iPhone"
+        onPulsado: raiz.modelo.elegirDatosDe(raiz.carpetas[(raiz.carpetas.indexOf(raiz.deQuien) + 1) % raiz.carpetas.length])
     }
 }
