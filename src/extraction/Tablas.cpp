@@ -1,7 +1,13 @@
+#include "core/EscritorDeTexto.h"
 #include "extraction/Extraccion.h"
 #include "extraction/Renglones.h"
 
 #include <QHash>
+
+#include <algorithm>
+#include <functional>
+#include <utility>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -56,10 +62,13 @@ QByteArray medicion(const QByteArray &codigo)
     return nombres.value(codigo, "Tipo " + codigo);
 }
 
+constexpr qsizetype maximoDeVisitas = 5000;
+constexpr auto ordenDeVisitas = "ORDER BY v.visit_time DESC LIMIT 5000";
+
 const auto visitas = Tabla{u"Safari - historial.csv"_s, "Fecha;Título;Dirección\n",
                            siempre("SELECT i.url, IFNULL(v.title,''), v.visit_time "
                                    "FROM history_visits v JOIN history_items i ON i.id = v.history_item"),
-                           "ORDER BY v.visit_time DESC LIMIT 5000", [](QByteArray &linea, const Fila &fila) {
+                           ordenDeVisitas, [](QByteArray &linea, const Fila &fila) {
                                ponerFechaDeLasDos(linea, fila, 2);
                                linea += ';';
                                ponerCampo(linea, fila, 1);
@@ -84,6 +93,40 @@ const auto marcadores =
               linea += "\n\n";
           }};
 
+/// Every profile of Safari has a history of its own; their visits are told together, the latest first. What a new place
+/// took over from an old one is told once.
+qint64 escribirVisitas(const QString &desde, const QString &a)
+{
+    auto bases = buscar(u"History.db"_s, desde);
+    if (const auto deSafari = bases.filter(u"/Safari/"_s); !deSafari.isEmpty())
+        bases = deSafari;
+    if (bases.size() < 2)
+        return escribirTabla(visitas, bases, a);
+    std::vector<std::pair<double, QByteArray>> todas;
+    bool entera = true;
+    for (const auto &fichero : std::as_const(bases)) {
+        const auto base = abrirPublico(fichero);
+        if (!base)
+            continue;
+        base->porCadaFila(visitas.consulta(*base).constData(), visitas.orden, [&](const Fila &fila) {
+            todas.emplace_back(fila.real(2).value_or(0), QByteArray());
+            visitas.linea(todas.back().second, fila);
+        });
+        entera = entera && !base->danada();
+    }
+    std::sort(todas.begin(), todas.end(), std::greater());
+    todas.erase(std::unique(todas.begin(), todas.end()), todas.end());
+    auto carpeta = CarpetaDeDestino::abrir(a);
+    if (todas.empty() || !carpeta)
+        return 0;
+    EscritorDeTexto escritor(*carpeta, visitas.fichero.toUtf8());
+    escritor << visitas.cabecera;
+    const auto cuantas = std::min<qsizetype>(maximoDeVisitas, static_cast<qsizetype>(todas.size()));
+    for (qsizetype i = 0; i < cuantas; ++i)
+        escritor << todas[static_cast<size_t>(i)].second;
+    return escritor.cerrar(entera) ? cuantas : 0;
+}
+
 } // namespace
 
 std::optional<QString> llamadas(const QString &desde, const QString &a)
@@ -104,7 +147,7 @@ std::optional<QString> llamadas(const QString &desde, const QString &a)
 std::optional<QString> safari(const QString &desde, const QString &a)
 {
     QStringList partes;
-    if (const auto filas = escribirTabla(visitas, {buscarPublico(u"History.db"_s, desde)}, a); filas > 0)
+    if (const auto filas = escribirVisitas(desde, a); filas > 0)
         partes << u"historial (%1 visitas)"_s.arg(filas);
     if (const auto filas = escribirTabla(marcadores, {buscarPublico(u"Bookmarks.db"_s, desde)}, a); filas > 0)
         partes << u"marcadores (%1)"_s.arg(filas);

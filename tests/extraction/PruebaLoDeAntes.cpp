@@ -56,6 +56,7 @@ private slots:
     void loQueNoSePudoEscribir();
     void mediosQueSeJuntan();
     void laBaseQueEs();
+    void perfilesDeSafari();
     void unHiloRezagado();
 
 private:
@@ -187,6 +188,25 @@ void PruebaLoDeAntes::laBaseQueEs()
     const auto halladas = Extraccion::buscar(u"NoteStore.sqlite"_s, desde);
     QCOMPARE(halladas.size(), 4);
     QVERIFY(halladas[1].contains(u"apple.a"_s) && halladas[2].contains(u"zeta"_s) && halladas[3].contains(u"otra"_s));
+}
+
+void PruebaLoDeAntes::perfilesDeSafari()
+{
+    const auto safari = desde + u"/AppDomain-com.apple.mobilesafari/Library/Safari/"_s;
+    const auto visitas = [](const QByteArray &filas) {
+        return "CREATE TABLE history_items (id INTEGER PRIMARY KEY, url); CREATE TABLE history_visits (history_item, "
+               "title, visit_time); INSERT INTO history_items VALUES (1,'https://x');"
+               "INSERT INTO history_visits VALUES " +
+               filas;
+    };
+    QVERIFY(escribirBase(safari + u"History.db"_s, visitas("(1,'tarde',700000120),(1,'pronto',700000000)")));
+    QVERIFY(escribirBase(safari + u"Profiles/0A/History.db"_s, visitas("(1,'del perfil',700000060)")));
+    QVERIFY(escribirBase(desde + u"/HomeDomain/Library/Safari/History.db"_s, visitas("(1,'pronto',700000000)")));
+    QVERIFY(escribirBase(desde + u"/HomeDomain/Library/Otra/History.db"_s, visitas("(1,'de nadie',700000000)")));
+    QCOMPARE(Extraccion::safari(desde, a), u"Safari: historial (3 visitas)"_s);
+    const auto lineas = hecho(u"Safari - historial.csv"_s).split('\n');
+    QCOMPARE(lineas.size(), 5);
+    QVERIFY(lineas[1].contains("tarde") && lineas[2].contains("del perfil") && lineas[3].contains("pronto"));
 }
 
 /// A run is cancelled while its thread is in the midst of it: from that moment on nothing of it appears, so that what
