@@ -66,8 +66,8 @@ QString generarContenido(const QString &carpetaDelTelefono, const OpcionesConten
     c.gente = inventaGente(opciones);
     planeaCarrete(c);
     for (const auto hacer : {ponDatosDelTelefono, ponAplicaciones, ponCarrete, ponFotosSqlite, ponMensajes, ponWhatsApp,
-                             ponLlamadas, ponBuzon, ponNotas, ponCalendario, ponRecordatorios, ponSafari, ponSalud, ponAgenda,
-                             ponGrabadora, ponUsoDeRed, ponAjustes, ponClaves})
+                             ponLlamadas, ponBuzon, ponNotas, ponCalendario, ponRecordatorios, ponSafari, ponSalud,
+                             ponAgenda, ponGrabadora, ponUsoDeRed, ponAjustes, ponClaves})
         hacer(c);
     if (!c.fallos.isEmpty()) {
         QDir(c.raiz).removeRecursively();
