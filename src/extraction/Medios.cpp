@@ -27,7 +27,8 @@ constexpr int mismosNombres = 1000;
 /// What a file of the results is to the one that should come to its place.
 enum class Parecido { Falta, Igual, SuPrincipio, LoContiene, Otro };
 
-/// Bytes decide: length and date stay when a disk gives other bytes back. Compares as far as the shorter one goes; false too when one cannot be read.
+/// Bytes decide: length and date stay when a disk gives other bytes back. Compares as far as the shorter one goes;
+/// false too when one cannot be read.
 bool mismoPrincipio(QFile &una, QFile &otra)
 {
     QByteArray tramo(1 << 18, Qt::Uninitialized);
