@@ -6,6 +6,8 @@
 #include <QDirIterator>
 
 #include <cmath>
+#include <memory>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -85,6 +87,7 @@ void Tarea::empezar(const QString &titulo, const QString &detalle)
     inicio_.reset();
     carpetaResultado_.reset();
     cancelada_ = false;
+    oculta_ = false; // that the notice before it was closed hides no other job
     ++trabajo_;
     hechos_ = 0;
     deTotal_ = 0;
@@ -195,13 +198,17 @@ void Tarea::vigilarCarpeta(const QString &carpeta)
 {
     cronometro.stop();
     cronometro.disconnect();
-    // A folder of photos on a slow disk takes a while to walk, so the count is made aside.
-    connect(&cronometro, &QTimer::timeout, this, [this, carpeta] {
+    // A folder of photos on a slow disk takes a while to walk: the count is made aside, and one at a time.
+    const auto contando = std::make_shared<bool>(false);
+    connect(&cronometro, &QTimer::timeout, this, [this, carpeta, contando, numero = trabajo_] {
+        if (std::exchange(*contando, true))
+            return;
         const auto contar = [carpeta] {
             return contarFicheros(carpeta);
         };
-        enSegundoPlano(this, contar, [this](qint64 cuantos) {
-            if (cronometro.isActive())
+        enSegundoPlano(this, contar, [this, contando, numero](qint64 cuantos) {
+            *contando = false;
+            if (sigue(numero) && cronometro.isActive())
                 ponAvance(cuantos, deTotal_);
         });
     });
@@ -243,8 +250,9 @@ qint64 contarFicheros(const QString &carpeta)
 {
     // Without QDir::Hidden a hidden folder is not entered either.
     QDirIterator recorrido(carpeta, QDir::Files | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
+    const auto parada = SegundoPlano::delPrograma().parada();
     qint64 cuantos = 0;
-    while (recorrido.hasNext()) {
+    while (recorrido.hasNext() && !parada.stop_requested()) {
         recorrido.next();
         if (!recorrido.fileInfo().isSymLink())
             ++cuantos;

@@ -59,6 +59,7 @@ void PruebaTarea::laVidaDeUnTrabajo()
     tarea->cerrarAviso();
     QVERIFY(tarea->oculta() && !tarea->terminada() && tarea->registro().isEmpty() && !tarea->idActividad());
     tarea->empezar(QString(), u"Conectando con el iPhone…"_s);
+    QVERIFY(!tarea->oculta()); // another job is another notice
     QCOMPARE(diario->lista().first().titulo, u"Trabajando"_s);
     QVERIFY(!tarea->carpetaResultado()); // the folder of the job before is not this one's
     tarea->ponDetalle(QString());
