@@ -1,10 +1,11 @@
 #include "services/AvisosPorTelegram.h"
 
 #include "core/Preferencias.h"
+#include "core/SegundoPlano.h"
 #include "core/Tarea.h"
 #include "services/Telegram.h"
 
-#include <QTimer>
+#include <QElapsedTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -15,8 +16,7 @@ namespace
 {
 
 const auto claveEncendido = u"avisarTelegram"_s;
-constexpr int milisegundosEntreMiradas = 5000;
-constexpr int miradasComoMucho = 2880; // four hours
+constexpr qint64 milisegundosComoMucho = 4LL * 60 * 60 * 1000;
 
 } // namespace
 
@@ -29,10 +29,16 @@ bool AvisosPorTelegram::datosValen() const
     return token.trimmed().size() >= minimoDelToken && !chat.trimmed().isEmpty();
 }
 
-void AvisosPorTelegram::mirar()
+void AvisosPorTelegram::mirar(const std::function<void()> &despues)
 {
-    configurado_ = Telegram::configurado();
-    emit cambio();
+    // The store of secrets may take its time to answer; of several answers the last one counts.
+    enSegundoPlano(this, &Telegram::configuracion, [this, despues, suya = ++vuelta](const auto &hallada) {
+        if (suya != vuelta)
+            return;
+        configurado_ = hallada.has_value();
+        despues();
+        emit cambio();
+    });
 }
 
 void AvisosPorTelegram::poner(bool encendidos)
@@ -40,9 +46,10 @@ void AvisosPorTelegram::poner(bool encendidos)
     encendido_ = encendidos;
     Preferencias::ponLogico(claveEncendido, encendidos);
     aviso_.clear();
-    configurado_ = Telegram::configurado();
-    pidiendoDatos_ = encendidos && !configurado_;
+    if (!encendidos)
+        pidiendoDatos_ = false;
     emit cambio();
+    mirar([this] { pidiendoDatos_ = encendido_ && !configurado_; });
 }
 
 void AvisosPorTelegram::pedirDatos()
@@ -53,27 +60,36 @@ void AvisosPorTelegram::pedirDatos()
 
 void AvisosPorTelegram::olvidarDatos()
 {
+    token.fill(u'\0');
     token.clear();
     chat.clear();
     pidiendoDatos_ = false;
     emit cambioDeDatos();
-    mirar();
+    emit cambio();
 }
 
 void AvisosPorTelegram::guardarDatos()
 {
     if (!datosValen())
         return;
-    const bool guardados = Telegram::guardar(token.trimmed(), chat.trimmed());
-    aviso_ = guardados ? QString() : u"No he podido guardar los datos en el Llavero."_s;
+    // The store may ask the owner to unlock it, and waits for the answer.
+    const auto guardar = [suyo = token.trimmed(), donde = chat.trimmed()] {
+        return Telegram::guardar(suyo, donde);
+    };
     olvidarDatos();
+    enSegundoPlano(this, guardar, [this](bool guardados) {
+        aviso_ = guardados ? QString() : u"No he podido guardar los datos en el Llavero."_s;
+        mirar();
+    });
 }
 
 void AvisosPorTelegram::cancelarDatos()
 {
     olvidarDatos();
-    if (encendido_ != configurado_)
-        poner(configurado_);
+    mirar([this] {
+        encendido_ = configurado_;
+        Preferencias::ponLogico(claveEncendido, encendido_);
+    });
 }
 
 void AvisosPorTelegram::probar()
@@ -93,20 +109,18 @@ void AvisosPorTelegram::probar()
 
 void AvisosPorTelegram::avisarAlTerminar(Tarea &tarea, const QString &texto)
 {
-    if (!encendido_ || !Telegram::configurado())
+    if (!encendido_ || !tarea.enMarcha())
         return;
-    auto *reloj = new QTimer(this);
-    connect(reloj, &QTimer::timeout, &tarea, [this, reloj, &tarea, texto, miradas = 0]() mutable {
-        if (++miradas > miradasComoMucho)
-            return reloj->deleteLater();
-        if (tarea.enMarcha() || !tarea.terminadaBien())
+    QElapsedTimer desde;
+    desde.start();
+    // A job ends once, and none begins before the one that runs has ended.
+    const auto alAcabar = [this, texto, desde](bool bien) {
+        if (desde.hasExpired(milisegundosComoMucho))
             return;
-        reloj->deleteLater();
-        reloj->stop();
-        const auto mensaje = *tarea.terminadaBien() ? texto : u"Vellora: la copia NO se completó. Mira la app."_s;
+        const auto mensaje = bien ? texto : u"Vellora: la copia NO se completó. Mira la app."_s;
         Telegram::enviar(this, mensaje, [](const std::optional<QString> &) {});
-    });
-    reloj->start(milisegundosEntreMiradas);
+    };
+    connect(&tarea, &Tarea::acabada, this, alAcabar, Qt::SingleShotConnection);
 }
 
 } // namespace vellora

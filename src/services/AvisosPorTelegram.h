@@ -3,6 +3,8 @@
 #include <QObject>
 #include <QString>
 
+#include <functional>
+
 namespace vellora
 {
 
@@ -37,16 +39,19 @@ public:
     const QString &aviso() const { return aviso_; }
 
     /// Looks again for what the bot is called by: views call it when they come up.
-    Q_INVOKABLE void mirar();
-    /// Without a configuration, turning it on asks for one.
+    Q_INVOKABLE void mirar()
+    {
+        mirar([] {});
+    }
+    /// Without a configuration, turning it on asks for one, as soon as that is known.
     Q_INVOKABLE void poner(bool encendidos);
     Q_INVOKABLE void pedirDatos();
     Q_INVOKABLE void guardarDatos();
     Q_INVOKABLE void cancelarDatos();
     Q_INVOKABLE void probar();
 
-    /// Watches the job that has just begun, up to four hours: `texto` goes out when it ends well, a word of warning
-    /// when it does not. Nothing while the notices are off or not configured.
+    /// Waits for the end of the job that runs: `texto` goes out when it ends well, a word of warning when it does not.
+    /// Nothing while the notices are off or not configured, nor after more than four hours.
     void avisarAlTerminar(Tarea &tarea, const QString &texto);
 
 signals:
@@ -55,7 +60,10 @@ signals:
 
 private:
     void olvidarDatos();
+    /// The same, and `despues` before the change is told.
+    void mirar(const std::function<void()> &despues);
 
+    int vuelta = 0;
     bool encendido_;
     bool configurado_ = false;
     bool pidiendoDatos_ = false;

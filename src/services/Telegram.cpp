@@ -1,5 +1,6 @@
 #include "services/Telegram.h"
 
+#include "core/SegundoPlano.h"
 #include "platform/Llavero.h"
 
 #include <QDir>
@@ -81,11 +82,6 @@ std::optional<Config> configuracion()
     return {};
 }
 
-bool configurado()
-{
-    return configuracion().has_value();
-}
-
 bool guardar(const QString &token, const QString &chat)
 {
     return Llavero::guardar(token + u'|' + chat, cuenta);
@@ -99,23 +95,25 @@ void olvidar()
 void enviar(QObject *contexto, const QString &texto,
             const std::function<void(const std::optional<QString> &)> &completado)
 {
-    const auto cual = configuracion();
-    if (!cual)
-        return completado(u"No hay Telegram configurado."_s);
-    const auto url = direccion(cual->token);
-    if (!url)
-        return completado(u"La configuración de Telegram no vale."_s);
-    QNetworkRequest peticion(*url);
-    peticion.setHeader(QNetworkRequest::ContentTypeHeader, u"application/json"_s);
-    peticion.setTransferTimeout(milisegundosDeEspera);
-    // The address holds the token: nobody sends it elsewhere.
-    peticion.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
-    const QJsonObject cuerpo{{u"chat_id"_s, cual->chat}, {u"text"_s, texto}};
-    auto *red = new QNetworkAccessManager(contexto);
-    auto *respuesta = red->post(peticion, QJsonDocument(cuerpo).toJson(QJsonDocument::Compact));
-    QObject::connect(respuesta, &QNetworkReply::finished, contexto, [=, token = cual->token] {
-        red->deleteLater();
-        completado(fallo(*respuesta, token));
+    // The store of secrets may take its time to answer.
+    enSegundoPlano(contexto, &configuracion, [=](const std::optional<Config> &cual) {
+        if (!cual)
+            return completado(u"No hay Telegram configurado."_s);
+        const auto url = direccion(cual->token);
+        if (!url)
+            return completado(u"La configuración de Telegram no vale."_s);
+        QNetworkRequest peticion(*url);
+        peticion.setHeader(QNetworkRequest::ContentTypeHeader, u"application/json"_s);
+        peticion.setTransferTimeout(milisegundosDeEspera);
+        // The address holds the token: nobody sends it elsewhere.
+        peticion.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
+        const QJsonObject cuerpo{{u"chat_id"_s, cual->chat}, {u"text"_s, texto}};
+        auto *red = new QNetworkAccessManager(contexto);
+        auto *respuesta = red->post(peticion, QJsonDocument(cuerpo).toJson(QJsonDocument::Compact));
+        QObject::connect(respuesta, &QNetworkReply::finished, contexto, [=, token = cual->token] {
+            red->deleteLater();
+            completado(fallo(*respuesta, token));
+        });
     });
 }
 
