@@ -46,6 +46,12 @@ int abrirVentana(int &argc, char **argv)
     auto *ventana = abrirVentanaPrincipal(motor, {programa, apariencia, Herramientas::queFalta()});
     if (ventana == nullptr)
         return 1;
+    const auto verSiSeVe = [&programa, ventana] {
+        const auto como = ventana->visibility();
+        programa.modelo.ponEnVista(como != QWindow::Hidden && como != QWindow::Minimized);
+    };
+    QObject::connect(ventana, &QWindow::visibilityChanged, &programa, verSiSeVe);
+    verSiSeVe();
     QObject::connect(&unica, &InstanciaUnica::llamada, ventana, [ventana] { traerAlFrente(*ventana); });
     // The end of the session, or of the terminal: what is under way ends in order, and leaves no working folder.
     const Cancelacion alPedirElFin;

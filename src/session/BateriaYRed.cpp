@@ -31,7 +31,6 @@ void BateriaYRed::olvidarSiEsOtro()
     verBateria_ = false;
     medida_.clear();
     red_.reset();
-    redMirada = false;
     emit cambio();
 }
 
@@ -89,7 +88,9 @@ void BateriaYRed::cargarSaludBateria()
     };
     enSegundoPlano(this, preguntar, [this, udid = elegido->id](const SaludBateria &salud) {
         preguntando = false;
-        if (udid != deQuien || !salud.ciclos)
+        if (udid != deQuien)
+            return cargarSaludBateria(); // another phone is selected by now
+        if (!salud.ciclos)
             return;
         silenciosa = salud;
         emit cambio();
@@ -98,24 +99,24 @@ void BateriaYRed::cargarSaludBateria()
 
 void BateriaYRed::quizaMirarRed()
 {
+    olvidarSiEsOtro();
     const auto &elegido = modelo.seleccionado();
-    auto &tarea = modelo.tarea();
-    // A welcome is answered first; and what did not answer once is not asked again at each tick.
-    if (!elegido || red_ || redMirada || tarea.enMarcha() || tarea.terminada() || modelo.iPhoneNuevo())
+    // Once it has told it is not asked again; while it has not, after each reading.
+    if (!elegido || red_ || mirandoRed)
         return;
-    redMirada = true;
-    vellora::mirarRed(tarea, elegido->id,
-                      [this, yo = QPointer(this), &tarea, udid = elegido->id](const std::optional<InfoRed> &leida) {
-                          if (!yo)
-                              return;
-                          if (leida && udid == deQuien) {
-                              red_ = leida;
-                              emit cambio();
-                          }
-                          // Nobody asked for it, so nobody has to dismiss it.
-                          if (!tarea.enMarcha() && tarea.titulo() == u"Mirando la red"_s)
-                              tarea.cerrarAviso();
-                      });
+    mirandoRed = true;
+    const auto preguntar = [udid = elegido->id] {
+        return Detector::enTurno([&] { return redDe(udid); });
+    };
+    enSegundoPlano(this, preguntar, [this, udid = elegido->id](const std::optional<InfoRed> &leida) {
+        mirandoRed = false;
+        if (udid != deQuien)
+            return quizaMirarRed();
+        if (!leida)
+            return;
+        red_ = leida;
+        emit cambio();
+    });
 }
 
 void BateriaYRed::mirar()

@@ -52,7 +52,7 @@ public:
     /// Where the engine keeps the history.
     QString fichero() const;
 
-    /// A refresh has been applied: asks once for the battery and once for the networks.
+    /// A refresh has been applied: asks for the battery and for the networks, silently, until they have told once.
     void cargarSaludBateria();
     void quizaMirarRed();
 
@@ -73,7 +73,7 @@ private:
     bool verBateria_ = false;
     QString medida_;
     std::optional<InfoRed> red_;
-    bool redMirada = false;
+    bool mirandoRed = false;
 };
 
 } // namespace vellora

@@ -23,19 +23,39 @@ QString sinBlancos(QStringView trozo)
     return trozo.toString();
 }
 
-std::optional<QString> valor(const QString &udid, const QString &clave)
+/// The questions to one phone. After one that got no answer in time no more are put: each would take its whole limit.
+class Preguntas
 {
-    if (!Herramientas::ideviceInfo())
-        return {};
-    return valorEn(Ejecutor::rapido(*Herramientas::ideviceInfo(), {u"-u"_s, udid, u"-k"_s, clave}, 8));
-}
+public:
+    explicit Preguntas(QString elUdid) : udid(std::move(elUdid)) {}
 
-QMap<QString, QString> dominio(const QString &udid, const QString &nombre)
-{
-    if (!Herramientas::ideviceInfo())
-        return {};
-    return paresEn(Ejecutor::rapido(*Herramientas::ideviceInfo(), {u"-u"_s, udid, u"-q"_s, nombre}, 10));
-}
+    std::optional<QString> valor(const QString &clave)
+    {
+        return valorEn(preguntar(u"-k"_s, clave, segundosParaUnValor));
+    }
+    QMap<QString, QString> dominio(const QString &nombre)
+    {
+        return paresEn(preguntar(u"-q"_s, nombre, segundosParaUnDominio));
+    }
+    bool callado() const { return callado_; }
+
+private:
+    static constexpr double segundosParaUnValor = 8;
+    static constexpr double segundosParaUnDominio = 10;
+
+    QString preguntar(const QString &opcion, const QString &que, double segundos)
+    {
+        if (callado_ || !Herramientas::ideviceInfo())
+            return {};
+        const auto respuesta =
+            Ejecutor::preguntar(*Herramientas::ideviceInfo(), {u"-u"_s, udid, opcion, que}, segundos);
+        callado_ = !respuesta.aTiempo;
+        return callado_ ? QString() : respuesta.salida;
+    }
+
+    QString udid;
+    bool callado_ = false;
+};
 
 std::optional<qint64> numeroDe(const QMap<QString, QString> &pares, const QString &clave)
 {
@@ -91,18 +111,36 @@ QStringList conectados()
     return udidsEn(Ejecutor::rapido(*Herramientas::ideviceID(), {u"-l"_s}, 8));
 }
 
-std::optional<Dispositivo> leer(const QString &udid)
+std::optional<Dispositivo> leer(const QString &udid, bool *callado)
 {
     return enTurno([&]() -> std::optional<Dispositivo> {
-        const auto nombre = valor(udid, u"DeviceName"_s);
-        if (!nombre)
-            return {};
-        const auto bateria = dominio(udid, u"com.apple.mobile.battery"_s);
-        const auto disco = dominio(udid, u"com.apple.disk_usage"_s);
-        const auto producto = valor(udid, u"ProductType"_s);
-        const auto version = valor(udid, u"ProductVersion"_s);
-        return componer(udid, *nombre, bateria, disco, producto, version);
+        Preguntas preguntas(udid);
+        std::optional<Dispositivo> leido;
+        if (const auto nombre = preguntas.valor(u"DeviceName"_s)) {
+            const auto bateria = preguntas.dominio(u"com.apple.mobile.battery"_s);
+            const auto disco = preguntas.dominio(u"com.apple.disk_usage"_s);
+            const auto producto = preguntas.valor(u"ProductType"_s);
+            const auto version = preguntas.valor(u"ProductVersion"_s);
+            leido = componer(udid, *nombre, bateria, disco, producto, version);
+        }
+        if (callado != nullptr)
+            *callado = preguntas.callado();
+        return leido;
     });
+}
+
+Lectura leerTodos()
+{
+    Lectura lectura;
+    lectura.conectados = conectados();
+    for (const auto &udid : lectura.conectados) {
+        bool callado = false;
+        if (const auto uno = leer(udid, &callado))
+            lectura.leidos << *uno;
+        if (callado)
+            lectura.callados << udid;
+    }
+    return lectura;
 }
 
 Dispositivo componer(const QString &udid, const QString &nombre, const QMap<QString, QString> &bateria,

@@ -20,8 +20,19 @@ QSemaphore &turno();
 /// UDIDs, in the tool's order; empty without the tool. Does not wait for its turn.
 QStringList conectados();
 
-/// Absent when the phone does not tell its name. Waits for its turn and keeps it for the whole reading.
-std::optional<Dispositivo> leer(const QString &udid);
+/// Absent when the phone does not tell its name. Waits for its turn and keeps it for the whole reading. A tool that
+/// does not answer in time is the last one that is started; `callado`, when given, says so.
+std::optional<Dispositivo> leer(const QString &udid, bool *callado = nullptr);
+
+/// One look at all the phones on the cable.
+struct Lectura {
+    QStringList conectados;    ///< as listed
+    QList<Dispositivo> leidos; ///< those that told their names
+    QStringList callados;      ///< those of whom a tool got no answer in time
+    /// Each of them told its name, and all answered.
+    bool entera() const { return leidos.size() == conectados.size() && callados.isEmpty(); }
+};
+Lectura leerTodos();
 
 /// Runs `trabajo` when the phone is free of other readings.
 template <typename Trabajo> auto enTurno(Trabajo trabajo)

@@ -2,9 +2,7 @@
 
 #include "core/CarpetaDeTrabajo.h"
 #include "core/CarpetaPrivada.h"
-#include "core/Ejecutor.h"
 #include "core/Formato.h"
-#include "core/Herramientas.h"
 #include "core/Preferencias.h"
 #include "core/SegundoPlano.h"
 #include "platform/GestorDeArchivos.h"
@@ -12,6 +10,7 @@
 #include "session/Detector.h"
 #include "session/Migracion.h"
 #include "session/SinTelefono.h"
+#include "session/Vigia.h"
 
 #include <QDir>
 #include <QStorageInfo>
@@ -28,19 +27,7 @@ namespace
 {
 
 const auto claveConocidos = u"iPhonesConocidos"_s;
-const auto sentenciaSinAcceso = u"El iPhone no me deja entrar. Desbloquéalo y, si te lo pregunta, toca «Confiar»."_s;
 constexpr qint64 margenDeDisco = 2'000'000'000;
-
-QList<Dispositivo> leerConectados()
-{
-    QList<Dispositivo> leidos;
-    const auto udids = Detector::conectados();
-    for (const auto &udid : udids) {
-        if (const auto uno = Detector::leer(udid))
-            leidos << *uno;
-    }
-    return leidos;
-}
 
 /// What a failed tool did not tell this time is kept from the reading before.
 Dispositivo fundir(Dispositivo fresco, const Dispositivo *anterior)
@@ -68,13 +55,9 @@ Modelo::Modelo(QObject *padre) : QObject(padre)
     tarea_ = std::make_unique<Tarea>(*diario_);
     connect(tarea_.get(), &Tarea::cambio, this, &Modelo::cambio);
     connect(this, &Modelo::cambioDeSesion, this, &Modelo::cambio);
+    vigia = std::make_unique<Vigia>(*tarea_);
+    connect(vigia.get(), &Vigia::toca, this, [this] { refrescar(true); });
     refrescar(false);
-    connect(&reloj, &QTimer::timeout, this, [this] {
-        // A tool that does not answer is waited for: another reading behind it would only pile up.
-        if (!tarea_->enMarcha() && leyendo == 0)
-            refrescar(true);
-    });
-    reloj.start(segundosDelReloj * 1000);
 }
 
 Modelo::~Modelo() = default;
@@ -99,10 +82,11 @@ void Modelo::refrescar(bool silencioso)
         emit cambioDeSesion();
     }
     const auto antes = seleccionado_ ? std::optional(seleccionado_->id) : std::nullopt;
-    ++leyendo;
-    enSegundoPlano(this, leerConectados, [this, antes](const QList<Dispositivo> &leidos) {
-        --leyendo;
-        aplicar(leidos, antes);
+    vigia->empieza();
+    enSegundoPlano(this, Detector::leerTodos, [this, antes](const Detector::Lectura &lectura) {
+        ponCallados(lectura.callados);
+        aplicar(lectura.leidos, antes);
+        vigia->acaba(lectura);
     });
 }
 
@@ -112,29 +96,40 @@ void Modelo::aplicar(const QList<Dispositivo> &leidos, const std::optional<QStri
     for (const auto &fresco : leidos)
         fundidos << fundir(fresco, conUdid(fresco.id));
     // A view that is told of a change makes its rows anew, so it is told of true ones only.
-    const auto visto = std::tuple(dispositivos_, seleccionado_, iPhoneNuevo_, buscando_);
+    const auto visto = std::tuple(dispositivos_, seleccionado_, iPhoneNuevo_, buscando_, avisoAcceso_);
     dispositivos_ = fundidos;
     buscando_ = false;
+    for (const auto &uno : dispositivos_)
+        nombres[uno.id] = uno.nombre;
     elegirTrasRefrescar(antes);
     if (seleccionado_)
         SinTelefono::recordar(QFileInfo(carpetaBase()).fileName());
+    // One that left before its welcome was answered makes room for the next one's.
+    if (iPhoneNuevo_ && conUdid(iPhoneNuevo_->id) == nullptr)
+        iPhoneNuevo_.reset();
     if (seleccionado_ && !iPhoneNuevo_ && !esConocido(seleccionado_->id))
         iPhoneNuevo_ = seleccionado_;
-    if (visto != std::tuple(dispositivos_, seleccionado_, iPhoneNuevo_, buscando_))
+    if (visto != std::tuple(dispositivos_, seleccionado_, iPhoneNuevo_, buscando_, avisoAcceso_))
         emit cambioDeSesion();
     emit refrescado(antes);
 }
 
 void Modelo::elegirTrasRefrescar(const std::optional<QString> &antes)
 {
-    if (const auto *elegido = antes ? conUdid(*antes) : nullptr) {
-        seleccionado_ = *elegido;
-        return;
-    }
-    // The owner may have chosen one while the reading ran.
-    if (seleccionado_ && conUdid(seleccionado_->id) != nullptr)
-        return;
-    seleccionado_ = dispositivos_.isEmpty() ? std::nullopt : std::optional(dispositivos_.first());
+    // What is selected now goes before what was: the owner may have chosen while the reading ran.
+    const auto *elegido = seleccionado_ ? conUdid(seleccionado_->id) : nullptr;
+    if (elegido == nullptr && antes)
+        elegido = conUdid(*antes);
+    if (elegido == nullptr && !dispositivos_.isEmpty())
+        elegido = &dispositivos_.constFirst();
+    elegir(elegido != nullptr ? std::optional(*elegido) : std::nullopt);
+}
+
+void Modelo::elegir(const std::optional<Dispositivo> &cual)
+{
+    if (seleccionado_ && (!cual || cual->id != seleccionado_->id))
+        avisoAcceso_.reset(); // it spoke of the other one
+    seleccionado_ = cual;
 }
 
 void Modelo::seleccionar(const QString &udid)
@@ -142,10 +137,11 @@ void Modelo::seleccionar(const QString &udid)
     const auto *elegido = conUdid(udid);
     if (elegido == nullptr)
         return;
-    if (seleccionado_ && seleccionado_->id != udid)
-        avisoAcceso_.reset(); // it spoke of the other one
-    seleccionado_ = *elegido;
+    const bool otro = !seleccionado_ || seleccionado_->id != udid;
+    elegir(*elegido);
     emit cambioDeSesion();
+    if (otro)
+        vigia->algoCambio(); // what is asked of the selected one alone has to be asked anew
 }
 
 const Dispositivo *Modelo::conUdid(const QString &udid) const
@@ -153,38 +149,6 @@ const Dispositivo *Modelo::conUdid(const QString &udid) const
     const auto hallado = std::find_if(dispositivos_.cbegin(), dispositivos_.cend(),
                                       [&](const Dispositivo &uno) { return uno.id == udid; });
     return hallado == dispositivos_.cend() ? nullptr : &*hallado;
-}
-
-void Modelo::comprobarAcceso()
-{
-    const auto &herramienta = Herramientas::pymobiledevice();
-    if (preguntandoAcceso)
-        return;
-    if (!seleccionado_ || !herramienta) {
-        ponAvisoAcceso({});
-        return;
-    }
-    const auto preguntar = [herramienta = *herramienta, udid = seleccionado_->id] {
-        return Detector::enTurno([&] {
-            const QStringList orden{u"afc"_s, u"ls"_s, u"/DCIM"_s, u"--udid"_s, udid};
-            return Ejecutor::rapido(herramienta, orden, 25);
-        });
-    };
-    preguntandoAcceso = true;
-    enSegundoPlano(this, preguntar, [this, udid = seleccionado_->id](const QString &salida) {
-        preguntandoAcceso = false;
-        if (!seleccionado_ || seleccionado_->id != udid)
-            return; // another phone is in view by now
-        ponAvisoAcceso(salida.contains("/DCIM"_L1) ? std::nullopt : std::optional(sentenciaSinAcceso));
-    });
-}
-
-void Modelo::ponAvisoAcceso(const std::optional<QString> &aviso)
-{
-    if (aviso == avisoAcceso_)
-        return;
-    avisoAcceso_ = aviso;
-    emit cambioDeSesion();
 }
 
 bool Modelo::esConocido(const QString &udid) const

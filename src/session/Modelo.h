@@ -4,9 +4,9 @@
 #include "core/Tarea.h"
 #include "session/Dispositivo.h"
 
+#include <QHash>
 #include <QList>
 #include <QObject>
-#include <QTimer>
 #include <QVariant>
 
 #include <memory>
@@ -14,6 +14,8 @@
 
 namespace vellora
 {
+
+class Vigia;
 
 /// The session: connected phones, the selected one, the one job, the journal, and the folders of each phone.
 /// Made once; its creation moves old folders, starts a first refresh and the clock. Main thread only.
@@ -25,6 +27,7 @@ class Modelo : public QObject
     Q_PROPERTY(vellora::Dispositivo seleccionado READ seleccionadoOVacio NOTIFY cambioDeSesion)
     Q_PROPERTY(bool buscando READ buscando NOTIFY cambioDeSesion)
     Q_PROPERTY(QString avisoAcceso READ avisoAccesoTexto NOTIFY cambioDeSesion)
+    Q_PROPERTY(QString avisoCallados READ avisoCallados NOTIFY cambioDeSesion)
     Q_PROPERTY(bool hayIPhoneNuevo READ hayIPhoneNuevo NOTIFY cambioDeSesion)
     Q_PROPERTY(vellora::Dispositivo iPhoneNuevo READ iPhoneNuevoOVacio NOTIFY cambioDeSesion)
     Q_PROPERTY(QString carpetaBaseEnVista READ carpetaBase NOTIFY cambioDeSesion)
@@ -34,24 +37,27 @@ class Modelo : public QObject
     Q_PROPERTY(vellora::Diario *diario READ diarioPuntero CONSTANT)
 
 public:
-    static constexpr int segundosDelReloj = 15;
-
     explicit Modelo(QObject *padre = nullptr);
     ~Modelo() override;
 
     const QList<Dispositivo> &dispositivos() const { return dispositivos_; }
     const std::optional<Dispositivo> &seleccionado() const { return seleccionado_; }
     bool buscando() const { return buscando_; }
-    /// The sentence to show when the phone does not let us in, or absent.
+    /// The sentence to show when the selected phone does not let us in, or absent.
     const std::optional<QString> &avisoAcceso() const { return avisoAcceso_; }
+    /// Which phones are on the cable and do not answer, a line each; empty when all do.
+    const QString &avisoCallados() const { return avisoCallados_; }
     const std::optional<Dispositivo> &iPhoneNuevo() const { return iPhoneNuevo_; }
     Tarea &tarea() { return *tarea_; }
     Diario &diario() { return *diario_; }
 
-    /// Starts a refresh and returns at once; without `silencioso` the window says that it is searching.
+    /// Starts a refresh and returns at once; without `silencioso` the window says that it is searching. It starts by
+    /// itself when `Vigia` says so.
     Q_INVOKABLE void refrescar(bool silencioso = false);
     /// The owner's choice among several phones; an unknown UDID changes nothing.
     Q_INVOKABLE void seleccionar(const QString &udid);
+    /// Whether the owner can see the window: what is shown is then kept fresh.
+    void ponEnVista(bool vista);
     /// Asks in the background whether the selected phone lets us in; the answer lands in `avisoAcceso`.
     void comprobarAcceso();
 
@@ -107,6 +113,8 @@ private:
     Diario *diarioPuntero() { return diario_.get(); }
     void ponerEnOrden();
     void ponAvisoAcceso(const std::optional<QString> &aviso);
+    void ponCallados(const QStringList &udids);
+    void elegir(const std::optional<Dispositivo> &cual);
     void elegirTrasRefrescar(const std::optional<QString> &antes);
     const Dispositivo *conUdid(const QString &udid) const;
 
@@ -117,8 +125,9 @@ private:
     std::optional<Dispositivo> iPhoneNuevo_;
     std::unique_ptr<Diario> diario_;
     std::unique_ptr<Tarea> tarea_;
-    QTimer reloj;
-    int leyendo = 0; ///< readings that have not come back
+    QString avisoCallados_;
+    QHash<QString, QString> nombres; ///< by UDID, of all that were seen
+    std::unique_ptr<Vigia> vigia;
     bool preguntandoAcceso = false;
 };
 

@@ -12,6 +12,7 @@
 #include <cmath>
 #include <limits>
 #include <memory>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -69,7 +70,31 @@ QString resumenDe(const Motor::Aviso &aviso)
     return texto;
 }
 
-/// The frame of the three jobs: what the notices leave in `hecho` says how it ended.
+/// The last notice of that kind.
+std::optional<Motor::Aviso> avisoEn(const QString &salida, QLatin1StringView tipo)
+{
+    std::optional<Motor::Aviso> hallado;
+    const auto lineas = partirEnLineas(salida);
+    for (const auto &linea : lineas) {
+        auto aviso = Motor::interpretar(linea);
+        if (aviso && aviso->tipo == tipo)
+            hallado = std::move(aviso);
+    }
+    return hallado;
+}
+
+/// What the engine says to a short question; empty when it did not answer in time.
+QString preguntarAlMotor(const QString &orden, const QString &udid)
+{
+    const auto &motor = Motor::lanzamiento();
+    if (!motor)
+        return {};
+    const auto respuesta =
+        Ejecutor::preguntar(motor->ejecutable, motor->argumentos + QStringList{orden, udid}, segundosDeEspera);
+    return respuesta.aTiempo ? respuesta.salida : QString();
+}
+
+/// The frame of the two jobs: what the notices leave in `hecho` says how it ended.
 void mirar(Tarea &tarea, const QStringList &orden, const QString &titulo, const Tarea::AlAvisar &alAvisar,
            const std::function<void()> &alAcabar, const std::shared_ptr<bool> &hecho)
 {
@@ -96,28 +121,38 @@ void mirar(Tarea &tarea, const QStringList &orden, const QString &titulo, const 
 SaludBateria saludBateriaEn(const QString &salida)
 {
     SaludBateria salud;
-    const auto lineas = partirEnLineas(salida);
-    for (const auto &linea : lineas) {
-        const auto aviso = Motor::interpretar(linea);
-        if (!aviso || aviso->tipo != "bateria"_L1)
-            continue;
-        salud.ciclos = aviso->entero("ciclos"_L1);
-        const auto disenio = aviso->entero("disenio"_L1).value_or(0);
-        if (const auto maxima = aviso->entero("maxima"_L1); maxima && disenio > 0)
-            salud.salud = std::llround(static_cast<double>(*maxima) / static_cast<double>(disenio) * 100.0);
-        if (const auto temperatura = aviso->entero("temperatura"_L1))
-            salud.grados = static_cast<double>(*temperatura) / centesimas;
-    }
+    const auto aviso = avisoEn(salida, "bateria"_L1);
+    if (!aviso)
+        return salud;
+    salud.ciclos = aviso->entero("ciclos"_L1);
+    const auto disenio = aviso->entero("disenio"_L1).value_or(0);
+    if (const auto maxima = aviso->entero("maxima"_L1); maxima && disenio > 0)
+        salud.salud = std::llround(static_cast<double>(*maxima) / static_cast<double>(disenio) * 100.0);
+    if (const auto temperatura = aviso->entero("temperatura"_L1))
+        salud.grados = static_cast<double>(*temperatura) / centesimas;
     return salud;
 }
 
 SaludBateria saludBateria(const QString &udid)
 {
-    const auto &motor = Motor::lanzamiento();
-    if (!motor)
+    return saludBateriaEn(preguntarAlMotor(u"bateria"_s, udid));
+}
+
+std::optional<InfoRed> redEn(const QString &salida)
+{
+    const auto aviso = avisoEn(salida, "red"_L1);
+    if (!aviso)
         return {};
-    return saludBateriaEn(
-        Ejecutor::rapido(motor->ejecutable, motor->argumentos + QStringList{u"bateria"_s, udid}, segundosDeEspera));
+    const auto texto = [&](QLatin1StringView clave) {
+        return aviso->texto(clave).value_or(QString());
+    };
+    return InfoRed{texto("operador"_L1), texto("telefono"_L1), texto("sim_estado"_L1),
+                   aviso->datos.value("wifi_on"_L1).toBool(), aviso->datos.value("avion"_L1).toBool()};
+}
+
+std::optional<InfoRed> redDe(const QString &udid)
+{
+    return redEn(preguntarAlMotor(u"red"_s, udid));
 }
 
 HistorialBateria leerHistorialBateria(const QString &fichero)
@@ -173,24 +208,6 @@ void apuntarBateria(Tarea &tarea, const QString &udid, const QString &fichero,
     };
     mirar(tarea, {u"bateria-historial"_s, udid, fichero}, u"Apuntando la salud de la batería"_s, alAvisar, alAcabar,
           hecho);
-}
-
-void mirarRed(Tarea &tarea, const QString &udid, const std::function<void(const std::optional<InfoRed> &)> &resultado)
-{
-    const auto hecho = std::make_shared<bool>(false);
-    const auto red = std::make_shared<std::optional<InfoRed>>();
-    const auto alAvisar = [hecho, red](const Motor::Aviso &aviso) {
-        if (aviso.tipo != "red"_L1)
-            return;
-        const auto texto = [&](QLatin1StringView clave) {
-            return aviso.texto(clave).value_or(QString());
-        };
-        *red = InfoRed{texto("operador"_L1), texto("telefono"_L1), texto("sim_estado"_L1),
-                       aviso.datos.value("wifi_on"_L1).toBool(), aviso.datos.value("avion"_L1).toBool()};
-        *hecho = true;
-    };
-    mirar(
-        tarea, {u"red"_s, udid}, u"Mirando la red"_s, alAvisar, [red, resultado] { resultado(*red); }, hecho);
 }
 
 } // namespace vellora

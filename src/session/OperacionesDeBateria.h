@@ -36,8 +36,10 @@ void mirarBateria(Tarea &tarea, const QString &udid, const QString &fichero,
 void apuntarBateria(Tarea &tarea, const QString &udid, const QString &fichero,
                     const std::function<void(const QString &)> &resumen);
 
-/// Looks at the phone's networks as the job. `resultado` is called once.
-void mirarRed(Tarea &tarea, const QString &udid, const std::function<void(const std::optional<InfoRed> &)> &resultado);
+/// What the phone says of its networks, as silently; absent when it did not tell. Blocks up to 40 s.
+std::optional<InfoRed> redDe(const QString &udid);
+/// The same of what the engine wrote.
+std::optional<InfoRed> redEn(const QString &salida);
 
 /// The measurements that the engine has kept; empty when they cannot be read.
 HistorialBateria leerHistorialBateria(const QString &fichero);

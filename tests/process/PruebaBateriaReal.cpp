@@ -47,19 +47,6 @@ private:
         }();
         return texto;
     }
-    std::optional<InfoRed> mirarRed()
-    {
-        std::optional<InfoRed> red;
-        bool acabo = false;
-        vellora::mirarRed(tarea, telefono->udid(), [&](const std::optional<InfoRed> &leida) {
-            red = leida;
-            acabo = true;
-        });
-        [&] {
-            QTRY_VERIFY_WITH_TIMEOUT(acabo, 20000);
-        }();
-        return red;
-    }
     QJsonArray medidas() const
     {
         QFile abierto(fichero);
@@ -146,7 +133,7 @@ void PruebaBateriaReal::historialQueNoSeEntiende()
 
 void PruebaBateriaReal::redDelTelefono()
 {
-    const auto red = mirarRed();
+    const auto red = redDe(telefono->udid());
     QVERIFY(red);
     QCOMPARE(red->operador, u"Movil Ejemplo"_s);
     QCOMPARE(red->simEstado, u"Lista"_s);
@@ -162,7 +149,7 @@ void PruebaBateriaReal::redDelTelefono()
     QVERIFY(poner(u"SIMStatus"_s, u"kCTSIMSupportSIMStatusNotInserted"_s));
     QVERIFY(poner(u"CarrierBundleInfoArray"_s, QJsonValue::Null));
     QVERIFY(poner(u"PhoneNumber"_s, QJsonValue::Null));
-    const auto sin = mirarRed();
+    const auto sin = redDe(telefono->udid());
     QVERIFY(sin && sin->hayAlgo());
     QCOMPARE(sin->simEstado, u"No hay tarjeta SIM"_s);
     QCOMPARE(sin->operador, u"Desconocido"_s);
@@ -173,7 +160,8 @@ void PruebaBateriaReal::sinTelefono()
 {
     QVERIFY(telefono->orden(u"bloquear"_s));
     QVERIFY(!saludBateria(telefono->udid()).ciclos);
-    QVERIFY(!mirarRed() && tarea.terminadaBien() == false);
+    QVERIFY(!redDe(telefono->udid()));
+    QVERIFY(apuntar().isEmpty());
     QVERIFY(tarea.registro().last().startsWith(u"El iPhone está bloqueado."_s));
     QVERIFY(telefono->orden(u"desconectar"_s));
     QVERIFY(apuntar().isEmpty());

@@ -124,15 +124,12 @@ void PruebaBateria::sinMotor()
     Diario diario;
     Tarea tarea(diario);
     int veces = 0;
-    mirarRed(tarea, u"nadie"_s, [&](const std::optional<InfoRed> &red) {
-        QVERIFY(!red);
-        ++veces;
-    });
+    QVERIFY(!redDe(u"nadie"_s));
     mirarBateria(tarea, u"nadie"_s, {}, [&](const std::optional<DatosBateria> &pila, const HistorialBateria &) {
         QVERIFY(!pila);
         ++veces;
     });
-    QCOMPARE(veces, 2);
+    QCOMPARE(veces, 1);
     QVERIFY(!tarea.enMarcha() && tarea.terminadaBien() == false);
     QCOMPARE(tarea.registro().last(), u"No encuentro el motor del iPhone dentro de la app."_s);
 }

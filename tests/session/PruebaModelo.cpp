@@ -29,6 +29,7 @@ Dispositivo telefono(const QString &id, const QString &nombre)
 
 const auto ana = telefono(u"00008120-00000000000000AA"_s, u"Ana"_s);
 const auto luis = telefono(u"00008120-00000000000000BB"_s, u"Luis"_s);
+const auto eva = telefono(u"00008120-00000000000000DD"_s, u"Eva"_s);
 const auto rosa = telefono(u"00008120-00000000000000CC"_s, u"Rosa"_s);
 
 QString elegido(const Modelo &modelo)
@@ -122,6 +123,12 @@ void PruebaModelo::elegirMientrasSeLee()
     modelo->aplicar({ana, luis}, std::nullopt); // the reading began before there was any
     QCOMPARE(elegido(*modelo), u"Luis"_s);
     modelo->aplicar({ana, luis}, ana.id); // and this one, while Ana was the selected one
+    QCOMPARE(elegido(*modelo), u"Luis"_s);
+    auto fresco = luis;
+    fresco.bateria = 12;
+    modelo->aplicar({ana, fresco}, ana.id);
+    QCOMPARE(modelo->seleccionado()->bateria, 12);
+    modelo->aplicar({rosa, ana}, ana.id); // the chosen one has left: back to the one before
     QCOMPARE(elegido(*modelo), u"Ana"_s);
 }
 
@@ -143,6 +150,13 @@ void PruebaModelo::elTelefonoNuevo()
     QCOMPARE(Preferencias::lista(u"iPhonesConocidos"_s), (QStringList{ana.id, luis.id}));
     aplicar({ana, luis});
     QVERIFY(!modelo->iPhoneNuevo());
+    // One that leaves before its welcome is answered makes room for the next.
+    aplicar({rosa});
+    QCOMPARE(modelo->iPhoneNuevo()->nombre, u"Rosa"_s);
+    aplicar({});
+    QVERIFY(!modelo->iPhoneNuevo());
+    aplicar({eva});
+    QCOMPARE(modelo->iPhoneNuevo()->nombre, u"Eva"_s);
 }
 
 void PruebaModelo::lasCarpetas_data()

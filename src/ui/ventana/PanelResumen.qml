@@ -22,6 +22,12 @@ Pagina {
 
     Tira {
         width: parent.width
+        clase: Tira.Mal
+        texto: raiz.modelo.avisoCallados
+    }
+
+    Tira {
+        width: parent.width
         texto: raiz.copias.aviso
     }
 

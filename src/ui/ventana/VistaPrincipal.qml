@@ -108,6 +108,7 @@ FocusScope {
 
                 VistaSinIPhone {
                     buscando: raiz.modelo.buscando
+                    callados: raiz.modelo.avisoCallados
                     onReintentar: raiz.modelo.refrescar(false)
                 }
             }

@@ -6,6 +6,8 @@ Item {
     id: raiz
 
     required property bool buscando
+    /// Which phones are on the cable and do not answer; empty when there is none.
+    required property string callados
 
     signal reintentar
 
@@ -13,8 +15,8 @@ Item {
         anchors.centerIn: parent
         width: parent.width - 64
         simbolo: "cable.connector.horizontal"
-        titulo: raiz.buscando ? "Buscando tu iPhone…" : "No veo ningún iPhone"
-        texto: "Conéctalo por cable, desbloquéalo y, si te lo pregunta,\ntoca «Confiar» en la pantalla del iPhone."
+        titulo: raiz.buscando ? "Buscando tu iPhone…" : raiz.callados !== "" ? "Tu iPhone no contesta" : "No veo ningún iPhone"
+        texto: raiz.callados !== "" ? raiz.callados : "Conéctalo por cable, desbloquéalo y, si te lo pregunta,\ntoca «Confiar» en la pantalla del iPhone."
         textoDelBoton: "Buscar otra vez"
         onPulsado: raiz.reintentar()
     }
