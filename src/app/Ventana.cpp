@@ -41,6 +41,8 @@ int abrirVentana(int &argc, char **argv)
     });
     QObject::connect(&programa.modelo, &Modelo::refrescado, &programa,
                      [&programa](const std::optional<QString> &antes) { trasRefrescar(programa, antes); });
+    QObject::connect(&programa.modelo, &Modelo::elegidoOtro, &programa,
+                     [&programa] { trasRefrescar(programa, programa.modelo.seleccionado()->id); });
 
     QQmlApplicationEngine motor;
     auto *ventana = abrirVentanaPrincipal(motor, {programa, apariencia, Herramientas::queFalta()});

@@ -141,7 +141,7 @@ void Modelo::seleccionar(const QString &udid)
     elegir(*elegido);
     emit cambioDeSesion();
     if (otro)
-        vigia->algoCambio(); // what is asked of the selected one alone has to be asked anew
+        emit elegidoOtro();
 }
 
 const Dispositivo *Modelo::conUdid(const QString &udid) const

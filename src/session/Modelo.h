@@ -101,6 +101,8 @@ signals:
     void cambioDeSesion();
     /// A refresh has been applied; `antes` as in `aplicar`.
     void refrescado(const std::optional<QString> &antes);
+    /// The owner chose another phone: what is asked of the selected one alone has to be asked anew.
+    void elegidoOtro();
 
 private:
     QVariantList dispositivosVariante() const;
