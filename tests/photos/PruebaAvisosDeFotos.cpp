@@ -1,10 +1,12 @@
 #include "core/CarpetaPrivada.h"
 #include "core/Diario.h"
 #include "core/Tarea.h"
+#include "images/ImagenReducida.h"
 #include "photos/BorrarFotos.h"
 #include "photos/CopiarFotos.h"
 #include "photos/ElegidasDelCarrete.h"
 #include "photos/Fotos.h"
+#include "photos/Galeria.h"
 #include "photos/LiberarEspacio.h"
 #include "session/Consentimiento.h"
 #include "session/Modelo.h"
@@ -40,6 +42,7 @@ private slots:
     void lista();
     void grupos();
     void carpeta();
+    void miniaturasDeMas();
     void pocoSitio_data();
     void pocoSitio();
     void elFinTardioNoCierraElTrabajoSiguiente();
@@ -437,6 +440,26 @@ void PruebaAvisosDeFotos::elFinTardioNoCierraElTrabajoSiguiente()
         tarea.cerrar(true);
         init();
     }
+}
+
+/// Small pictures of photos that are gone go too; of another phone's only the oldest, for room.
+void PruebaAvisosDeFotos::miniaturasDeMas()
+{
+    FotoDelCarrete esta;
+    esta.ruta = u"/DCIM/100APPLE/IMG_0001.HEIC"_s;
+    const auto suya = Galeria::carpetaDe(u"U"_s) + u'/' + nombreDeMiniatura(u"U"_s, esta.ruta, esta.bytes, esta.fecha);
+    const auto ida = Galeria::carpetaDe(u"U"_s) + u"/de-una-que-ya-no-esta.jpg"_s;
+    const auto deOtro = Galeria::carpetaDe(u"OTRO"_s) + u"/x.jpg"_s;
+    for (const auto &nombre : {suya, ida, deOtro})
+        QVERIFY(escribirFichero(nombre, QByteArray(1000, 'x')));
+    QFile vieja(deOtro);
+    QVERIFY(vieja.open(QIODevice::ReadWrite) &&
+            vieja.setFileTime(QDateTime::currentDateTime().addDays(-2), QFile::FileModificationTime));
+    vieja.close();
+    Galeria::podar(u"U"_s, {esta});
+    QVERIFY(QFile::exists(suya) && !QFile::exists(ida) && QFile::exists(deOtro));
+    Galeria::podar(u"U"_s, {esta}, 1500);
+    QVERIFY(QFile::exists(suya) && !QFile::exists(deOtro));
 }
 
 QTEST_GUILESS_MAIN(PruebaAvisosDeFotos)
