@@ -88,6 +88,7 @@ void Tarea::empezar(const QString &titulo, const QString &detalle)
     carpetaResultado_.reset();
     cancelada_ = false;
     oculta_ = false; // that the notice before it was closed hides no other job
+    esperaAlCancelar = false;
     ++trabajo_;
     hechos_ = 0;
     deTotal_ = 0;
@@ -187,10 +188,13 @@ void Tarea::cerrarAviso()
 
 void Tarea::cancelar()
 {
+    const bool espera = enMarcha_ && esperaAlCancelar && !cancelada_;
     cancelada_ = true;
     ejecutor.cancelar();
     ejecutorMotor.cancelar();
     apunta(u"Cancelado por ti."_s);
+    if (espera)
+        return ponDetalle(u"Parando…"_s);
     cerrar(false);
 }
 

@@ -92,8 +92,13 @@ public:
 
     /// Dismisses the notice of an ended job.
     Q_INVOKABLE void cerrarAviso();
-    /// The owner's stop: the job is over at once, its children are told to end.
+    /// The owner's stop: the job is over at once unless it waits for its child (`esperaSuFinAlCancelar`), its children
+    /// are told to end.
     Q_INVOKABLE void cancelar();
+
+    /// For the job that runs, whose child tells at its end how far it came: a cancel lets it tell that, and the job
+    /// ends with it, some seconds later at the most. A second cancel waits no longer.
+    void esperaSuFinAlCancelar() { esperaAlCancelar = true; }
 
     /// Follows the number of files of a folder in `hechos` every 1.5 s, until `cerrar`.
     void vigilarCarpeta(const QString &carpeta);
@@ -135,6 +140,7 @@ private:
     std::optional<QDateTime> inicio_;
     bool oculta_ = false;
     bool cancelada_ = false;
+    bool esperaAlCancelar = false;
     int trabajo_ = 0;
     QTimer cronometro;
 };

@@ -1,6 +1,9 @@
 #include "engine/Interrupcion.h"
 #include "engine/Ordenes.h"
 #include "engine/roll/BaseDeFotos.h"
+#include "engine/roll/BorradoSinCopia.h"
+#include "engine/roll/CarreteEnCopia.h"
+#include "engine/roll/FinDeBorrado.h"
 #include "engine/roll/Rutas.h"
 
 #include <QSet>
@@ -15,105 +18,75 @@ namespace vellora::motor
 namespace
 {
 
-/// Paths of the phone with their sizes.
-using Ficheros = std::vector<std::pair<QString, qint64>>;
+constexpr std::array carpetasDeLaBiblioteca{carpetaDelCarrete, carpetaDeRetoques, carpetaDeMiniaturas};
 
-struct CuentaDeBorrados {
-    qint64 borrados = 0;
-    qint64 liberados = 0;
-    qint64 siguenAhi = 0;
+/// What is to be emptied, and what of it the owner would miss.
+struct Biblioteca {
+    std::vector<FicheroDelCarrete> ficheros; ///< the photos first: should it end early, their thumbnails are of use
+    Carrete carrete;                         ///< photos, videos and edits
+    QStringList sinMirar;                    ///< what the phone did not show, of the thumbnails too
 };
 
-QString nombreDe(const QString &ruta)
+bool esDeCarpeta(const QString &ruta, const char *carpeta)
 {
-    return ruta.sliced(ruta.lastIndexOf(u'/') + 1);
-}
-
-Ficheros delCarrete(const Carrete &carrete)
-{
-    Ficheros ficheros;
-    for (const auto &fichero : carrete.ficheros)
-        ficheros.emplace_back(fichero.ruta, fichero.ficha.tamano);
-    return ficheros;
-}
-
-int contarElPlan(const Ficheros &ficheros, Avisos &avisar)
-{
-    qint64 bytes = 0;
-    for (const auto &[ruta, suyos] : ficheros)
-        bytes += suyos;
-    avisar.avisar(u"plan"_s, {{u"a_borrar"_s, static_cast<qint64>(ficheros.size())}, {u"bytes"_s, bytes}});
-    return 0;
-}
-
-/// Deletes them one by one, as far as the phone answers and nobody asks to end. Needs the owner's confirmation.
-CuentaDeBorrados borrarFicheros(Afc &afc, const Ficheros &ficheros, Avisos &avisar)
-{
-    CuentaDeBorrados cuenta;
-    if (!confirmado())
-        return cuenta;
-    avisar.total(static_cast<qint64>(ficheros.size()));
-    for (const auto &[ruta, bytes] : ficheros) {
-        if (Interrupcion::pedida())
-            break;
-        const auto motivo = afc.borrar(ruta);
-        if (afc.perdido())
-            break;
-        if (!motivo) {
-            ++cuenta.borrados;
-            cuenta.liberados += bytes;
-        } else if (!afc.faltaba()) {
-            ++cuenta.siguenAhi;
-            avisar.linea(*motivo);
-        }
-        avisar.progreso(cuenta.borrados + cuenta.siguenAhi,
-                        {{u"copiados"_s, cuenta.borrados}, {u"fichero"_s, nombreDe(ruta)}});
-    }
-    return cuenta;
-}
-
-int sinTelefono(const CuentaDeBorrados &cuenta, Avisos &avisar)
-{
-    return avisar.error(u"El iPhone ha dejado de responder cuando iban %1 archivos borrados. Mira el cable y vuelve a "
-                        "intentarlo."_s.arg(cuenta.borrados));
+    return ruta.startsWith(QString::fromLatin1(carpeta) + u'/');
 }
 
 /// Files of the whole library of photos, the app's list left out.
-Resultado<Ficheros> deLaBiblioteca(Conexiones &conexiones, Avisos &avisar)
+Resultado<Biblioteca> leerBiblioteca(Conexiones &conexiones, Avisos &avisar)
 {
-    QStringList problemas;
-    const auto hallados = recorrer(conexiones,
-                                   {QString::fromLatin1(carpetaDelCarrete), QString::fromLatin1(carpetaDeRetoques),
-                                    QString::fromLatin1(carpetaDeMiniaturas)},
-                                   problemas);
-    if (!hallados)
-        return Resultado<Ficheros>::fallo(hallados.motivo());
-    for (const auto &problema : problemas)
+    Biblioteca biblioteca;
+    auto hallados =
+        recorrer(conexiones, {QString::fromLatin1(carpetaDelCarrete), QString::fromLatin1(carpetaDeRetoques)},
+                 biblioteca.carrete.problemas);
+    biblioteca.sinMirar = biblioteca.carrete.problemas;
+    auto miniaturas = hallados ? recorrer(conexiones, {QString::fromLatin1(carpetaDeMiniaturas)}, biblioteca.sinMirar)
+                               : std::move(hallados);
+    if (!miniaturas)
+        return Resultado<Biblioteca>::fallo(miniaturas.motivo());
+    for (const auto &problema : biblioteca.sinMirar)
         avisar.linea(problema);
-    Ficheros ficheros;
-    for (const auto &[ruta, ficha] : *hallados)
-        ficheros.emplace_back(ruta, ficha.tamano);
-    // The photos first: should it end early, their thumbnails are still of use.
-    std::sort(ficheros.begin(), ficheros.end());
-    return ficheros;
+    std::move(miniaturas->begin(), miniaturas->end(), std::back_inserter(*hallados));
+    for (auto &[ruta, ficha] : *hallados) {
+        const auto sitio = sitioLocal(ruta);
+        const FicheroDelCarrete fichero{ruta, sitio.value_or(ruta.toUtf8()), ficha};
+        biblioteca.ficheros.push_back(fichero);
+        // Of the edits, what the app can make anew is nothing to miss.
+        if (sitio || esDeCarpeta(ruta, carpetaDelCarrete))
+            biblioteca.carrete.ficheros.push_back(fichero);
+    }
+    std::sort(biblioteca.ficheros.begin(), biblioteca.ficheros.end(),
+              [](const auto &una, const auto &otra) { return una.ruta < otra.ruta; });
+    return biblioteca;
 }
 
-qint64 contarEn(const Ficheros &ficheros, const char *carpeta)
+qint64 contarEn(const std::vector<FicheroDelCarrete> &ficheros, const char *carpeta)
 {
-    const auto principio = QString::fromLatin1(carpeta) + u'/';
     return std::count_if(ficheros.begin(), ficheros.end(),
-                         [&](const auto &fichero) { return fichero.first.startsWith(principio); });
+                         [&](const auto &fichero) { return esDeCarpeta(fichero.ruta, carpeta); });
+}
+
+std::vector<const FicheroDelCarrete *> todos(const std::vector<FicheroDelCarrete> &ficheros)
+{
+    std::vector<const FicheroDelCarrete *> lista;
+    for (const auto &fichero : ficheros)
+        lista.push_back(&fichero);
+    return lista;
 }
 
 /// Folders that the deleted files left empty, the deepest first.
-void quitarCarpetasVacias(Afc &afc, const Ficheros &ficheros, const char *bajo)
+void quitarCarpetasVacias(Afc &afc, const std::vector<FicheroDelCarrete> &ficheros)
 {
-    const auto principio = QString::fromLatin1(bajo) + u'/';
     QSet<QString> carpetas;
-    for (const auto &[ruta, bytes] : ficheros) {
-        for (auto corte = ruta.lastIndexOf(u'/'); corte > principio.size() && ruta.startsWith(principio);
-             corte = ruta.lastIndexOf(u'/', corte - 1))
-            carpetas << ruta.first(corte);
+    for (const auto &fichero : ficheros) {
+        for (const auto *bajo : carpetasDeLaBiblioteca) {
+            const auto principio = QString::fromLatin1(bajo).size() + 1;
+            if (!esDeCarpeta(fichero.ruta, bajo))
+                continue;
+            for (auto corte = fichero.ruta.lastIndexOf(u'/'); corte > principio;
+                 corte = fichero.ruta.lastIndexOf(u'/', corte - 1))
+                carpetas << fichero.ruta.first(corte);
+        }
     }
     auto orden = carpetas.values();
     std::sort(orden.begin(), orden.end(), [](const auto &a, const auto &b) { return a.size() > b.size(); });
@@ -121,34 +94,55 @@ void quitarCarpetasVacias(Afc &afc, const Ficheros &ficheros, const char *bajo)
         afc.borrar(carpeta); // one with something in it stays
 }
 
-int borrarLista(const QStringList &argumentos, Avisos &avisar, bool conLaListaDeFotos)
+/// Tells what the backup holds of the roll; absent when it holds all of it, else why nothing may go.
+std::optional<QString> impedimento(const QStringList &argumentos, Conexiones &conexiones, const Carrete &carrete,
+                                   CarreteEnCopia &enCopia, Avisos &avisar)
 {
-    const auto rutas = leerRutas(argumentos[1]);
-    if (!rutas)
-        return avisar.error(rutas.motivo());
-    return conElTelefono(argumentos[0], avisar, [&](Conexiones &conexiones) {
-        auto &afc = conexiones.primera();
-        const auto [hallados, perdidos] = buscarRutas(conexiones, *rutas);
-        if (afc.perdido())
-            return sinTelefono({}, avisar);
-        Ficheros ficheros;
-        for (const auto &fichero : hallados)
-            ficheros.emplace_back(fichero.ruta, fichero.ficha.tamano);
-        if (!confirmado())
-            return contarElPlan(ficheros, avisar);
-        const auto cuenta = borrarFicheros(afc, ficheros, avisar);
-        const bool listaBorrada = conLaListaDeFotos && cuenta.borrados > 0 && !afc.perdido() && borrarBaseDeFotos(afc);
-        if (Interrupcion::pedida())
-            return Interrupcion::estado;
-        const auto carrete = afc.perdido() ? Resultado<Carrete>::fallo({}) : leerCarrete(conexiones);
-        if (!carrete)
-            return sinTelefono(cuenta, avisar);
-        avisar.avisar(u"fin"_s, {{u"borrados"_s, cuenta.borrados},
-                                 {u"siguen_ahi"_s, cuenta.siguenAhi},
-                                 {u"quedan_en_carrete"_s, contarElementos(*carrete)},
-                                 {u"lista_borrada"_s, listaBorrada}});
-        return cuenta.siguenAhi == 0 ? 0 : 1;
-    });
+    auto hallado = argumentos.size() > 1 ? buscarEnLaCopia(argumentos[0], argumentos[1], conexiones, carrete, avisar)
+                                         : Resultado<CarreteEnCopia>::fallo(u"No se ha dicho dónde está la copia."_s);
+    std::optional<QString> motivo;
+    if (!hallado)
+        motivo = hallado.motivo();
+    else if (hallado->faltan > 0)
+        motivo =
+            u"A la copia de seguridad le faltan %1 archivos de los que hay ahora en el iPhone."_s.arg(hallado->faltan);
+    else if (!carrete.problemas.isEmpty())
+        motivo =
+            u"El iPhone no me ha dejado mirar todas sus carpetas, y no sé si la copia de seguridad lo tiene todo."_s;
+    if (hallado)
+        enCopia = *std::move(hallado);
+    avisar.avisar(u"copia"_s, {{u"bien"_s, !motivo},
+                               {u"motivo"_s, motivo.value_or(QString())},
+                               {u"telefono"_s, enCopia.telefono},
+                               {u"fecha"_s, enCopia.fecha},
+                               {u"fotos"_s, enCopia.fotos},
+                               {u"faltan"_s, enCopia.faltan},
+                               {u"solo_icloud"_s, enCopia.soloICloud}});
+    return motivo;
+}
+
+/// Ends the emptying of the library: what is left is looked for in all of it.
+int acabarBiblioteca(const Borrado &borrado, const CuentaDeBorrado &cuenta, qint64 enCopia, Conexiones &conexiones,
+                     Avisos &avisar)
+{
+    auto &afc = conexiones.primera();
+    if (Interrupcion::pedida() || afc.perdido())
+        return contarCorte(borrado, cuenta, conexiones, avisar);
+    const auto quedan = leerBiblioteca(conexiones, avisar);
+    if (!quedan)
+        return contarCorte(borrado, cuenta, conexiones, avisar);
+    const auto sinMirar = quedan->sinMirar.size();
+    const bool nadaQueHacer = borrado.ficheros == 0;
+    const bool listaBorrada = sinMirar == 0 && (cuenta.borrados > 0 || nadaQueHacer) && borrarBaseDeFotos(afc);
+    const auto fotos = contarEn(quedan->ficheros, carpetaDelCarrete);
+    const auto miniaturas = contarEn(quedan->ficheros, carpetaDeMiniaturas);
+    avisar.avisar(u"fin"_s, {{u"borrados"_s, cuenta.borrados},
+                             {u"quedan_fotos"_s, fotos},
+                             {u"quedan_miniaturas"_s, miniaturas},
+                             {u"sin_mirar"_s, sinMirar},
+                             {u"fotos_en_copia"_s, enCopia},
+                             {u"lista_borrada"_s, listaBorrada}});
+    return fotos == 0 && miniaturas == 0 && listaBorrada ? 0 : 1;
 }
 
 } // namespace
@@ -156,55 +150,39 @@ int borrarLista(const QStringList &argumentos, Avisos &avisar, bool conLaListaDe
 int borrarFotosIPhone(const QStringList &argumentos, Avisos &avisar)
 {
     return conElCarrete(argumentos[0], avisar, [&](Conexiones &conexiones, const Carrete &carrete) {
-        const auto ficheros = delCarrete(carrete);
+        CarreteEnCopia enCopia;
+        const auto motivo = impedimento(argumentos, conexiones, carrete, enCopia, avisar);
         if (!confirmado())
-            return contarElPlan(ficheros, avisar);
-        const auto cuenta = borrarFicheros(conexiones.primera(), ficheros, avisar);
-        if (Interrupcion::pedida())
-            return Interrupcion::estado;
-        if (conexiones.primera().perdido())
-            return sinTelefono(cuenta, avisar);
-        avisar.avisar(u"fin"_s, {{u"borrados"_s, cuenta.borrados}, {u"liberados"_s, cuenta.liberados}});
-        return cuenta.siguenAhi == 0 ? 0 : 1;
+            return contarElPlan(carrete.ficheros, avisar);
+        if (motivo)
+            return avisar.error(*motivo);
+        avisar.total(static_cast<qint64>(carrete.ficheros.size()));
+        CuentaDeBorrado cuenta;
+        borrarSinCopia(todos(carrete.ficheros), conexiones.primera(), cuenta, avisar);
+        return acabarBorrado({static_cast<qint64>(carrete.ficheros.size()), 0, true, false, {}}, cuenta, conexiones,
+                             avisar);
     });
 }
 
 int borrarBibliotecaFotos(const QStringList &argumentos, Avisos &avisar)
 {
     return conElTelefono(argumentos[0], avisar, [&](Conexiones &conexiones) {
-        const auto ficheros = deLaBiblioteca(conexiones, avisar);
-        if (!ficheros)
-            return avisar.error(ficheros.motivo());
+        const auto biblioteca = leerBiblioteca(conexiones, avisar);
+        if (!biblioteca)
+            return avisar.error(biblioteca.motivo());
+        CarreteEnCopia enCopia;
+        const auto motivo = impedimento(argumentos, conexiones, biblioteca->carrete, enCopia, avisar);
         if (!confirmado())
-            return contarElPlan(*ficheros, avisar);
-        auto &afc = conexiones.primera();
-        const auto cuenta = borrarFicheros(afc, *ficheros, avisar);
-        for (const auto *carpeta : {carpetaDelCarrete, carpetaDeRetoques, carpetaDeMiniaturas})
-            quitarCarpetasVacias(afc, *ficheros, carpeta);
-        const bool listaBorrada = cuenta.borrados > 0 || ficheros->empty() ? borrarBaseDeFotos(afc) : false;
-        if (Interrupcion::pedida())
-            return Interrupcion::estado;
-        const auto quedan = afc.perdido() ? Resultado<Ficheros>::fallo({}) : deLaBiblioteca(conexiones, avisar);
-        if (!quedan)
-            return sinTelefono(cuenta, avisar);
-        const auto fotos = contarEn(*quedan, carpetaDelCarrete);
-        const auto miniaturas = contarEn(*quedan, carpetaDeMiniaturas);
-        avisar.avisar(u"fin"_s, {{u"borrados"_s, cuenta.borrados},
-                                 {u"quedan_fotos"_s, fotos},
-                                 {u"quedan_miniaturas"_s, miniaturas},
-                                 {u"lista_borrada"_s, listaBorrada}});
-        return fotos == 0 && miniaturas == 0 && listaBorrada ? 0 : 1;
+            return contarElPlan(biblioteca->ficheros, avisar);
+        if (motivo)
+            return avisar.error(*motivo);
+        const auto total = static_cast<qint64>(biblioteca->ficheros.size());
+        avisar.total(total);
+        CuentaDeBorrado cuenta;
+        borrarSinCopia(todos(biblioteca->ficheros), conexiones.primera(), cuenta, avisar);
+        quitarCarpetasVacias(conexiones.primera(), biblioteca->ficheros);
+        return acabarBiblioteca({total, 0, true, true, {}}, cuenta, enCopia.fotos, conexiones, avisar);
     });
-}
-
-int borrarElegidas(const QStringList &argumentos, Avisos &avisar)
-{
-    return borrarLista(argumentos, avisar, false);
-}
-
-int borrarElegidasDeVerdad(const QStringList &argumentos, Avisos &avisar)
-{
-    return borrarLista(argumentos, avisar, true);
 }
 
 } // namespace vellora::motor

@@ -113,7 +113,7 @@ int copiarElegidas(const QStringList &argumentos, Avisos &avisar)
         return avisar.error(rutas.motivo());
     auto copiadas = leyendo(argumentos[2], argumentos[0]);
     return conElTelefono(argumentos[0], avisar, [&](Conexiones &conexiones) {
-        const auto [ficheros, perdidos] = buscarRutas(conexiones, *rutas);
+        const auto [ficheros, perdidos, negados] = buscarRutas(conexiones, *rutas);
         CuentaDeCopia cuenta;
         return copiarFicheros(conexiones, ficheros, copiadas.get(), argumentos[2], perdidos, avisar, cuenta);
     });

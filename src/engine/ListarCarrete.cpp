@@ -77,7 +77,8 @@ int listarCarrete(const QStringList &argumentos, Avisos &avisar)
 
         QJsonArray lista;
         const auto soltar = [&] {
-            const bool dicho = avisar.avisar(u"carrete"_s, {{u"lista"_s, lista}});
+            const bool dicho =
+                avisar.avisar(u"carrete"_s, {{u"lista"_s, lista}, {u"sin_mirar"_s, carrete.problemas.size()}});
             lista = {};
             return dicho;
         };

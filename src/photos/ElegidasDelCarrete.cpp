@@ -33,28 +33,47 @@ void contarElCamino(Tarea &tarea, const Motor::Aviso &aviso, const QString &hech
     }
 }
 
+/// What is told of a deletion that left something behind.
+QString borradoIncompleto(qint64 borrados, const LoQueSigue &sigue, bool sinLista)
+{
+    if (borrados == 0)
+        return sigue.porQueNada() + u"\n\nDesbloquea el iPhone, cierra la app Fotos y prueba otra vez."_s;
+    auto texto = u"He borrado %1 archivos, pero %2 siguen ahí"_s.arg(borrados).arg(sigue.siguen);
+    if (sigue.sinMirar > 0)
+        texto += u" y he dejado la lista de la app Fotos, porque el iPhone no me ha dejado mirar todas sus carpetas"_s;
+    else if (!sinLista)
+        texto += u" y no pude tirar la lista de la app Fotos"_s;
+    texto += u".\n\nDesbloquea el iPhone, cierra la app Fotos y prueba otra vez."_s;
+    if (sigue.sinPrueba > 0)
+        texto += u"\n\n%1 se quedan porque su copia en el ordenador ya no está o no se lee igual: cópialas otra vez "
+                 "antes de borrarlas."_s.arg(sigue.sinPrueba);
+    return texto + u"\n\n👉 REINICIA EL IPHONE para que la app Fotos se ponga al día."_s;
+}
+
 void finDeBorrar(Tarea &tarea, const Motor::Aviso &aviso, bool huboError, const Resumen &resumen)
 {
+    const LoQueSigue sigue(aviso);
     const auto borrados = numero(aviso, "borrados"_L1);
-    const auto siguen = numero(aviso, "siguen_ahi"_L1);
     const auto quedan = numero(aviso, "quedan_en_carrete"_L1);
     const bool sinLista = aviso.datos["lista_borrada"_L1].toBool();
-    tarea.apunta(u"Borrados %1 archivos. Quedan %2 fotos en el carrete."_s.arg(borrados).arg(quedan));
-    if (!huboError && siguen == 0 && sinLista) {
+    tarea.apunta(
+        sigue.sinMirar > 0
+            ? u"Borrados %1 archivos. No sé cuántas fotos quedan: hay carpetas que no he podido mirar."_s.arg(borrados)
+            : u"Borrados %1 archivos. Quedan %2 fotos en el carrete."_s.arg(borrados).arg(quedan));
+    if (!huboError && sigue.siguen == 0 && sinLista) {
         tarea.ponDetalle(u"Borrado · quedan %1 fotos"_s.arg(quedan));
         return resumen(u"Listo. He borrado lo que marcaste y he tirado la lista de la app Fotos.\n\n"
                        "👉 REINICIA EL IPHONE. Al arrancar, la app Fotos se reconstruye con las %1 fotos que quedan; lo "
                        "borrado no vuelve."_s.arg(quedan));
     }
-    tarea.ponDetalle(u"Borrado incompleto"_s);
-    resumen(u"He borrado %1 archivos, pero %2 siguen ahí"_s.arg(borrados).arg(siguen) +
-            (sinLista ? QString() : u" y no pude tirar la lista de la app Fotos"_s) +
-            u".\n\nDesbloquea el iPhone, cierra la app Fotos y prueba otra vez."_s);
+    tarea.ponDetalle(borrados == 0 ? u"No se ha borrado nada"_s : u"Borrado incompleto"_s);
+    resumen(borradoIncompleto(borrados, sigue, sinLista));
 }
 
 /// Runs a command over a list of paths, or ends the job when the list cannot be written.
 void conLista(Tarea &tarea, const QString &orden, const QString &udid, const QStringList &rutas, const QStringList &mas,
-              const QString &titulo, bool confirmado, const Tarea::AlAvisar &alAvisar)
+              const QString &titulo, bool confirmado, const Tarea::AlAvisar &alAvisar,
+              const Tarea::AlTerminar &alTerminar)
 {
     const auto lista = apuntarRutas(rutas);
     if (!lista)
@@ -62,19 +81,29 @@ void conLista(Tarea &tarea, const QString &orden, const QString &udid, const QSt
                               {u"No hay sitio ni para apuntar lo que has marcado. Libera espacio en el Mac."_s});
     tarea.muestra();
     tarea.lanzarMotorPublico(QStringList{orden, udid, lista->fichero} + mas, titulo, confirmado, alAvisar,
-                             [&tarea, lista](int codigo) { tarea.cerrar(codigo == 0); });
+                             [alTerminar, lista](int codigo) { alTerminar(codigo); });
 }
 
-void borrar(Tarea &tarea, const QString &orden, const QString &udid, const QStringList &rutas, const Resumen &resumen)
+void borrar(Tarea &tarea, const QString &orden, const QString &udid, const ElegidasParaBorrar &elegidas,
+            const Resumen &resumen)
 {
+    const auto titulo = u"Borrando lo que has marcado"_s;
+    const auto perdidas = apuntarRutas(elegidas.sinCopiar);
+    if (!perdidas)
+        return tarea.rechazar(titulo, u"No se pudo empezar"_s,
+                              {u"No hay sitio ni para apuntar lo que has marcado. Libera espacio en el Mac."_s});
     const auto huboError = std::make_shared<bool>(false);
-    const auto alAvisar = [&tarea, resumen, huboError](const Motor::Aviso &aviso) {
+    const auto curso = std::make_shared<CursoDeBorrado>();
+    const auto alAvisar = [&tarea, resumen, huboError, curso](const Motor::Aviso &aviso) {
         *huboError = *huboError || aviso.tipo == "error"_L1;
+        curso->mirar(aviso);
         contarElCamino(tarea, aviso, u" borrados · "_s);
         if (aviso.tipo == "fin"_L1)
             finDeBorrar(tarea, aviso, *huboError, resumen);
     };
-    conLista(tarea, orden, udid, rutas, {}, u"Borrando lo que has marcado"_s, true, alAvisar);
+    conLista(tarea, orden, udid, elegidas.rutas, {elegidas.carpeta, perdidas->fichero}, titulo, true, alAvisar,
+             [&tarea, curso, resumen, perdidas](int codigo) { curso->cerrar(tarea, codigo, resumen); });
+    tarea.esperaSuFinAlCancelar();
 }
 
 } // namespace
@@ -113,20 +142,24 @@ void listarCarrete(Tarea &tarea, const QString &udid, const QString &carpetaLoca
                    const std::function<void(const QList<FotoDelCarrete> &)> &resultado)
 {
     const auto fotos = std::make_shared<QList<FotoDelCarrete>>();
-    const auto alAvisar = [&tarea, fotos](const Motor::Aviso &aviso) {
+    const auto sinMirar = std::make_shared<qint64>(0);
+    const auto alAvisar = [&tarea, fotos, sinMirar](const Motor::Aviso &aviso) {
         if (aviso.tipo == "carrete"_L1) {
             for (const auto &una : aviso.datos["lista"_L1].toArray())
                 *fotos << FotoDelCarrete::deJson(una.toObject());
-            tarea.ponDetalle(u"%1 archivos en el carrete"_s.arg(fotos->size()));
+            *sinMirar = numero(aviso, "sin_mirar"_L1);
+            tarea.ponDetalle(u"%1 archivos en el carrete"_s.arg(fotos->size()) +
+                             (*sinMirar > 0 ? u"; hay carpetas que el iPhone no deja mirar"_s : QString()));
         } else if (aviso.tipo == "error"_L1) {
             tarea.apunta(aviso.texto("motivo"_L1).value_or(QString()));
         }
     };
     tarea.lanzarMotorPublico({u"listar-carrete"_s, udid, carpetaLocal}, u"Leyendo el carrete"_s, false, alAvisar,
-                             [&tarea, fotos, resultado](int codigo) {
-                                 if (codigo == 0)
+                             [&tarea, fotos, sinMirar, resultado](int codigo) {
+                                 const bool leido = codigo == 0 && (*sinMirar == 0 || !fotos->isEmpty());
+                                 if (leido)
                                      resultado(*fotos);
-                                 tarea.cerrar(codigo == 0);
+                                 tarea.cerrar(leido);
                              });
 }
 
@@ -140,18 +173,20 @@ void copiarElegidas(Tarea &tarea, const QString &udid, const QStringList &rutas,
         tarea.ponDetalle(u"%1 archivos copiados"_s.arg(copiados));
         tarea.apunta(u"Copiados %1 archivos al Mac."_s.arg(copiados));
     };
-    conLista(tarea, u"copiar-elegidas"_s, udid, rutas, {destino}, u"Copiando lo que has marcado"_s, false, alAvisar);
+    conLista(tarea, u"copiar-elegidas"_s, udid, rutas, {destino}, u"Copiando lo que has marcado"_s, false, alAvisar,
+             [&tarea](int codigo) { tarea.cerrar(codigo == 0); });
     tarea.ponCarpetaResultado(destino);
 }
 
-void borrarElegidasDeVerdad(Tarea &tarea, const QString &udid, const QStringList &rutas, const Resumen &resumen)
+void borrarElegidasDeVerdad(Tarea &tarea, const QString &udid, const ElegidasParaBorrar &elegidas,
+                            const Resumen &resumen)
 {
-    borrar(tarea, u"borrar-elegidas-de-verdad"_s, udid, rutas, resumen);
+    borrar(tarea, u"borrar-elegidas-de-verdad"_s, udid, elegidas, resumen);
 }
 
-void borrarElegidas(Tarea &tarea, const QString &udid, const QStringList &rutas, const Resumen &resumen)
+void borrarElegidas(Tarea &tarea, const QString &udid, const ElegidasParaBorrar &elegidas, const Resumen &resumen)
 {
-    borrar(tarea, u"borrar-elegidas"_s, udid, rutas, resumen);
+    borrar(tarea, u"borrar-elegidas"_s, udid, elegidas, resumen);
 }
 
 } // namespace vellora

@@ -11,16 +11,26 @@
 namespace vellora
 {
 
-/// `resultado` gets the whole roll once it has been read; it is not called when it could not be.
+/// `resultado` gets the roll once it has been read; it is not called when it could not be, nor when the phone showed no
+/// photo and refused to show some folder. Folders that it kept back beside what it showed are told in the log.
 void listarCarrete(Tarea &tarea, const QString &udid, const QString &carpetaLocal,
                    const std::function<void(const QList<FotoDelCarrete> &)> &resultado);
 void copiarElegidas(Tarea &tarea, const QString &udid, const QStringList &rutas, const QString &destino);
 /// What the owner is asked before: so many photos of so many bytes, some of them not copied.
 QString preguntaDeBorrarElegidas(qint64 cuantos, qint64 peso, qint64 sinCopiar);
+/// What the owner agreed to delete, with what was said of it.
+struct ElegidasParaBorrar {
+    QStringList rutas;
+    /// Of those: what the owner was told to be in no folder of the computer. All the rest was said to be copied, and
+    /// goes only after its copy has been proved at that moment.
+    QStringList sinCopiar;
+    QString carpeta; ///< where the copies of the rest are
+};
 /// With the list of the Photos app, which is made anew when the phone starts.
-void borrarElegidasDeVerdad(Tarea &tarea, const QString &udid, const QStringList &rutas, const Resumen &resumen);
+void borrarElegidasDeVerdad(Tarea &tarea, const QString &udid, const ElegidasParaBorrar &elegidas,
+                            const Resumen &resumen);
 /// The files alone. No control calls it.
-void borrarElegidas(Tarea &tarea, const QString &udid, const QStringList &rutas, const Resumen &resumen);
+void borrarElegidas(Tarea &tarea, const QString &udid, const ElegidasParaBorrar &elegidas, const Resumen &resumen);
 
 /// Paths of the phone, a line each, in "vellora-elegidas.txt": in a private folder of its own, which goes with it, so
 /// that no other program's list is taken for it.

@@ -79,9 +79,23 @@ void Fotos::preguntarPorLiberar(const QString &udid, const PlanLiberar &plan)
                              }});
 }
 
-void Fotos::borrarTodas(const QString &udid)
+void Fotos::prepararVaciado()
 {
-    borrarBibliotecaDeFotos(modelo.tarea(), udid, [this](const QString &resumen) { consentimiento.avisar(resumen); });
+    const auto &elegido = modelo.seleccionado();
+    if (!elegido || modelo.tarea().enMarcha())
+        return;
+    const auto copias = modelo.carpetaCopias();
+    const auto preguntar = [this, udid = elegido->id, copias](const PlanDeVaciado &plan) {
+        if (!plan.copia.lasTieneTodas)
+            return consentimiento.avisar(avisoDeNoVaciar(plan.copia.motivo));
+        consentimiento.plantear(
+            {u"¿Borrar TODAS las fotos del iPhone, sin dejar rastro?"_s, preguntaDeVaciar(plan), u"Borrarlo todo"_s,
+             u"No borrar nada"_s, Cerradura::BorrarTodasLasFotos, udid, nullptr, [this, udid, copias] {
+                 borrarBibliotecaDeFotos(modelo.tarea(), udid, copias,
+                                         [this](const QString &resumen) { consentimiento.avisar(resumen); });
+             }});
+    };
+    planBorrarBibliotecaDeFotos(modelo.tarea(), elegido->id, copias, preguntar);
 }
 
 QString Fotos::pocoSitio() const

@@ -36,8 +36,9 @@ public:
 
     /// Works out what can go; the question or a notice follows, and then the work.
     Q_INVOKABLE void prepararLiberacion();
-    /// Deletes the whole library of that phone and tells what it came to. The owner has agreed.
-    void borrarTodas(const QString &udid);
+    /// Looks whether a backup of the phone holds all of its photos; the question or a notice follows, and then the
+    /// work.
+    void prepararVaciado();
 
     /// The strip's sentence when the phone has little room left; empty when it has not, or it is not known.
     QString pocoSitio() const;

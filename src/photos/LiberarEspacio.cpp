@@ -2,6 +2,9 @@
 
 #include "core/Formato.h"
 #include "core/Tarea.h"
+#include "photos/CursoDeBorrado.h"
+
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -17,16 +20,41 @@ void contarError(Tarea &tarea, const Motor::Aviso &aviso)
         tarea.apunta(u"Error: "_s + aviso.texto("motivo"_L1).value_or(QString()));
 }
 
-void contarFin(Tarea &tarea, const Motor::Aviso &aviso)
+/// What is left, as far as it is known.
+void contarLoQueQueda(Tarea &tarea, const Motor::Aviso &aviso, const LoQueSigue &sigue)
 {
-    const auto libres = Formato::tamano(aviso.entero("liberados"_L1).value_or(0));
-    tarea.ponDetalle(u"%1 borrados · %2 libres"_s.arg(aviso.entero("borrados"_L1).value_or(0)).arg(libres));
-    tarea.apunta(u"Espacio recuperado: %1."_s.arg(libres));
+    if (sigue.sinPrueba > 0)
+        tarea.apunta(
+            u"%1 archivos se quedan en el iPhone porque su copia no se ha podido comprobar. Cópialos otra vez."_s.arg(
+                sigue.sinPrueba));
+    if (sigue.siguen > sigue.sinPrueba)
+        tarea.apunta(
+            u"%1 archivos siguen ahí porque el iPhone no ha dejado borrarlos."_s.arg(sigue.siguen - sigue.sinPrueba));
+    if (sigue.sinMirar > 0)
+        return tarea.apunta(u"No sé cuántas fotos quedan: el iPhone no me ha dejado mirar todas sus carpetas."_s);
     tarea.apunta(u"Quedan %1 fotos en el carrete (las que no estaban copiadas)."_s.arg(
         aviso.entero("quedan_en_carrete"_L1).value_or(0)));
-    tarea.apunta(aviso.datos["lista_borrada"_L1].toBool()
-                     ? u"REINICIA EL IPHONE: la app Fotos se reconstruirá con lo que queda."_s
-                     : u"No pude tirar la lista de la app Fotos; puede que las sigas viendo."_s);
+}
+
+void contarFin(Tarea &tarea, const Motor::Aviso &aviso)
+{
+    const LoQueSigue sigue(aviso);
+    const auto borrados = aviso.entero("borrados"_L1).value_or(0);
+    if (borrados == 0) {
+        tarea.ponDetalle(u"No se ha borrado nada"_s);
+        return tarea.apunta(sigue.porQueNada());
+    }
+    const auto libres = Formato::tamano(aviso.entero("liberados"_L1).value_or(0));
+    tarea.ponDetalle(u"%1 borrados · %2 libres"_s.arg(borrados).arg(libres));
+    tarea.apunta(u"Espacio recuperado: %1."_s.arg(libres));
+    contarLoQueQueda(tarea, aviso, sigue);
+    if (aviso.datos["lista_borrada"_L1].toBool())
+        tarea.apunta(u"REINICIA EL IPHONE: la app Fotos se reconstruirá con lo que queda."_s);
+    else if (sigue.sinMirar > 0)
+        tarea.apunta(
+            u"He dejado como está la lista de la app Fotos, porque no sé todo lo que queda. REINICIA EL IPHONE."_s);
+    else
+        tarea.apunta(u"No pude tirar la lista de la app Fotos; puede que las sigas viendo."_s);
 }
 
 void alBorrar(Tarea &tarea, const Motor::Aviso &aviso)
@@ -69,10 +97,14 @@ void planDeLiberacion(Tarea &tarea, const QString &udid, const QString &carpetaF
 void liberarEspacio(Tarea &tarea, const QString &udid, const QString &carpetaFotos)
 {
     tarea.muestra();
-    tarea.lanzarMotorPublico(
-        {u"liberar"_s, udid, carpetaFotos}, u"Liberando espacio en el iPhone"_s, true,
-        [&tarea](const Motor::Aviso &aviso) { alBorrar(tarea, aviso); },
-        [&tarea](int codigo) { tarea.cerrar(codigo == 0); });
+    const auto curso = std::make_shared<CursoDeBorrado>();
+    const auto alAvisar = [&tarea, curso](const Motor::Aviso &aviso) {
+        curso->mirar(aviso);
+        alBorrar(tarea, aviso);
+    };
+    tarea.lanzarMotorPublico({u"liberar"_s, udid, carpetaFotos}, u"Liberando espacio en el iPhone"_s, true, alAvisar,
+                             [&tarea, curso](int codigo) { curso->cerrar(tarea, codigo); });
+    tarea.esperaSuFinAlCancelar();
 }
 
 } // namespace vellora

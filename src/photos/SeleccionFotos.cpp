@@ -70,6 +70,12 @@ void SeleccionFotos::olvidar()
 
 void SeleccionFotos::acabada(bool bien)
 {
+    auto &tarea = modelo.tarea();
+    // How a deletion failed stays in view, whatever is read after it.
+    if (std::exchange(borrando, false) && !bien && abierta_)
+        fallo = {tarea.titulo(), tarea.detalle(), tarea.registro()};
+    else if (auto suyo = std::exchange(fallo, std::nullopt))
+        tarea.rechazar(suyo->titulo, suyo->detalle, suyo->registro);
     if (abierta_ && std::exchange(porLeer, false))
         return leer();
     if (bien || !cargando_)
@@ -91,6 +97,7 @@ void SeleccionFotos::leer()
     if (porLeer)
         return;
     const auto suyo = elegido->id;
+    carpeta = modelo.carpetaFotos();
     const auto recibir = [this, suyo](const QList<FotoDelCarrete> &fotos) {
         if (!abierta_ || !modelo.seleccionado() || modelo.seleccionado()->id != suyo)
             return;
@@ -111,7 +118,7 @@ void SeleccionFotos::leer()
                 reordenar();
             });
     };
-    listarCarrete(modelo.tarea(), suyo, modelo.carpetaFotos(), recibir);
+    listarCarrete(modelo.tarea(), suyo, carpeta, recibir);
     if (!modelo.tarea().enMarcha())
         acabada(false);
 }
@@ -220,22 +227,33 @@ void SeleccionFotos::pedirBorrar()
 {
     if (marcados.isEmpty() || modelo.tarea().enMarcha())
         return;
-    const auto rutas = rutasMarcadas();
-    const auto otras = [this, rutas, suyo = udid]() -> std::optional<QString> {
+    const auto elegidas = elegidasParaBorrar();
+    const auto otras = [this, rutas = elegidas.rutas, suyo = udid]() -> std::optional<QString> {
         if (udid == suyo && rutasMarcadas() == rutas)
             return {};
         return u"No he borrado nada: lo que está marcado ya no es lo mismo que cuando te pregunté."_s;
     };
     consentimiento.plantear({u"¿Borrar del iPhone lo que has marcado?"_s,
                              preguntaDeBorrarElegidas(marcados.size(), peso, sinCopiar), u"Borrar del iPhone"_s,
-                             u"No borrar nada"_s, Cerradura::BorrarFotos, udid, otras, [this, rutas] {
-                                 borrar(rutas);
+                             u"No borrar nada"_s, Cerradura::BorrarFotos, udid, otras, [this, elegidas] {
+                                 borrar(elegidas);
                              }});
 }
 
-void SeleccionFotos::borrar(const QStringList &rutas)
+ElegidasParaBorrar SeleccionFotos::elegidasParaBorrar() const
 {
-    borrarElegidasDeVerdad(modelo.tarea(), udid, rutas,
+    ElegidasParaBorrar elegidas{rutasMarcadas(), {}, carpeta};
+    for (const auto &uno : *elementos) {
+        if (marcados.contains(uno.id) && !uno.copiado())
+            elegidas.sinCopiar << uno.rutas();
+    }
+    return elegidas;
+}
+
+void SeleccionFotos::borrar(const ElegidasParaBorrar &elegidas)
+{
+    borrando = true;
+    borrarElegidasDeVerdad(modelo.tarea(), udid, elegidas,
                            [this](const QString &resumen) { consentimiento.avisar(resumen); });
     porLeer = modelo.tarea().enMarcha();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "photos/ElegidasDelCarrete.h"
 #include "photos/Galeria.h"
 
 #include <QAbstractListModel>
@@ -92,6 +93,12 @@ signals:
     void marcasCambio();
 
 private:
+    /// How a deletion that failed stood in the strip.
+    struct Fallo {
+        QString titulo;
+        QString detalle;
+        QStringList registro;
+    };
     using Elementos = QList<ElementoGaleria>;
 
     int rowCountPropiedad() const { return rowCount(); }
@@ -101,7 +108,8 @@ private:
     void ponMarca(const ElementoGaleria &uno, bool puesta);
     void llegada(const QString &ruta);
     void olvidar();
-    void borrar(const QStringList &rutas);
+    ElegidasParaBorrar elegidasParaBorrar() const;
+    void borrar(const ElegidasParaBorrar &elegidas);
 
     Modelo &modelo;
     Consentimiento &consentimiento;
@@ -112,13 +120,16 @@ private:
     QSet<QString> marcados;
     qint64 peso = 0;
     int sinCopiar = 0;
-    QString udid; ///< of the phone whose roll this is
+    QString udid;    ///< of the phone whose roll this is
+    QString carpeta; ///< that it was compared with
     QString filtro_;
     QString orden_ = QStringLiteral("nombre");
     QString busqueda_;
     bool abierta_ = false;
     bool cargando_ = false;
     bool noSeLee_ = false;
+    std::optional<Fallo> fallo;
+    bool borrando = false;
     bool porLeer = false; ///< once the job that runs is over
     int vuelta = 0;       ///< of `reordenar`: an earlier one that comes later is dropped
 };

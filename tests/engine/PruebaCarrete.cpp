@@ -37,10 +37,6 @@ private slots:
     void liberarSoloConPrueba();
     void liberarSinCable();
     void listar();
-    void borrarTodas();
-    void borrarLaBiblioteca();
-    void borrarElegidas_data();
-    void borrarElegidas();
     void recuperar_data();
     void recuperar();
 
@@ -568,63 +564,6 @@ void PruebaCarrete::listar()
     // Without the phone's list all are visible.
     QVERIFY(QFile::remove(media + u"/PhotoData/Photos.sqlite"_s));
     QCOMPARE(motor({u"listar-carrete"_s, udid, fotos}).carrete.size(), porNombre.size());
-}
-
-void PruebaCarrete::borrarTodas()
-{
-    const auto todo = enElTelefono();
-    const auto plan = motor({u"borrar-fotos-iphone"_s, udid});
-    QCOMPARE(plan[u"plan"_s][u"a_borrar"_s].toInt(), todo.size());
-    QCOMPARE(enElTelefono(), todo);
-    const auto hecho = motor({u"borrar-fotos-iphone"_s, udid}, true);
-    QCOMPARE(hecho[u"fin"_s][u"borrados"_s].toInt(), todo.size());
-    QVERIFY(enElTelefono().isEmpty() && QFileInfo::exists(media + u"/PhotoData/Photos.sqlite"_s));
-}
-
-void PruebaCarrete::borrarLaBiblioteca()
-{
-    QVERIFY(escribirFichero(media + u"/PhotoData/Mutations/DCIM/100APPLE/IMG_0002/Adjustments/Otra.jpg"_s, "x"));
-    QVERIFY(motor({u"borrar-biblioteca-fotos"_s, udid}).avisos.contains(u"plan"_s));
-    QVERIFY(!enElTelefono().isEmpty());
-    // Something that the phone holds on to.
-    const auto terca = u"/DCIM/100APPLE/IMG_0002.JPG"_s;
-    QVERIFY(fallar(u"Remove:"_s + terca, 10));
-    const auto incompleta = motor({u"borrar-biblioteca-fotos"_s, udid}, true);
-    QVERIFY(incompleta.codigo == 1 && incompleta[u"fin"_s][u"quedan_fotos"_s].toInt() == 1);
-    QVERIFY(
-        telefono->orden({{u"orden"_s, u"fallar"_s}, {u"peticion"_s, u""_s}, {u"error"_s, QJsonValue::Null}})[u"bien"_s]
-            .toBool());
-    const auto hecho = motor({u"borrar-biblioteca-fotos"_s, udid}, true);
-    QCOMPARE(hecho.codigo, 0);
-    QCOMPARE(hecho[u"fin"_s][u"quedan_miniaturas"_s].toInt(), 0);
-    QVERIFY(hecho[u"fin"_s][u"lista_borrada"_s].toBool());
-    for (const auto *carpeta : {"/DCIM", "/PhotoData/Mutations", "/PhotoData/Thumbnails"})
-        QVERIFY2(CopiaDePrueba::contenido(media + QString::fromLatin1(carpeta)).isEmpty(), carpeta);
-}
-
-void PruebaCarrete::borrarElegidas_data()
-{
-    QTest::addColumn<QString>("orden");
-    QTest::addColumn<bool>("conLista");
-    QTest::newRow("files alone") << u"borrar-elegidas"_s << false;
-    QTest::newRow("and the list") << u"borrar-elegidas-de-verdad"_s << true;
-}
-
-void PruebaCarrete::borrarElegidas()
-{
-    QFETCH(const QString, orden);
-    QFETCH(const bool, conLista);
-    const auto todo = enElTelefono();
-    const QStringList rutas{u"/DCIM/100APPLE/IMG_0003.JPG"_s, u"/DCIM/100APPLE/IMG_0003.MOV"_s};
-    QCOMPARE(motor({orden, udid, lista(rutas)})[u"plan"_s][u"a_borrar"_s].toInt(), 2);
-    QCOMPARE(enElTelefono(), todo);
-    QCOMPARE(motor({orden, udid, lista({u"/PhotoData/Photos.sqlite"_s})}, true).codigo, 1);
-    const auto hecho = motor({orden, udid, lista(rutas)}, true);
-    QCOMPARE(hecho[u"fin"_s][u"borrados"_s].toInt(), 2);
-    QCOMPARE(hecho[u"fin"_s][u"siguen_ahi"_s].toInt(), 0);
-    QCOMPARE(hecho[u"fin"_s][u"lista_borrada"_s].toBool(), conLista);
-    QCOMPARE(enElTelefono().size(), todo.size() - 2);
-    QCOMPARE(QFileInfo::exists(media + u"/PhotoData/Photos.sqlite"_s), !conLista);
 }
 
 void PruebaCarrete::recuperar_data()

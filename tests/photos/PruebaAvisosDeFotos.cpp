@@ -46,6 +46,7 @@ private slots:
     void pocoSitio_data();
     void pocoSitio();
     void elFinTardioNoCierraElTrabajoSiguiente();
+    void borradoQueSeCancela();
 
 private:
     /// The engine will say these lines and end so.
@@ -162,14 +163,27 @@ void PruebaAvisosDeFotos::liberar_data()
         << QStringList{voy, u"Dejo 2 archivos en el iPhone porque NO están copiados."_s,
                        u"Espacio recuperado: 1,5 GB."_s,
                        u"Quedan 2 fotos en el carrete (las que no estaban copiadas)."_s, reinicia};
+    const QByteArray siete = R"({"tipo":"plan","a_borrar":7})";
     QTest::newRow("none stays, the list not told of")
-        << QByteArray(R"({"tipo":"plan","a_borrar":7,"se_quedan":0})") << QByteArray(R"({"tipo":"fin"})")
+        << QByteArray(R"({"tipo":"plan","a_borrar":7,"se_quedan":0})") << QByteArray(R"({"tipo":"fin","borrados":7})")
         << QStringList{voy, u"Espacio recuperado: 0 MB."_s,
                        u"Quedan 0 fotos en el carrete (las que no estaban copiadas)."_s, noPude};
     QTest::newRow("the list told of by no boolean")
-        << QByteArray(R"({"tipo":"plan","a_borrar":7})") << QByteArray(R"({"tipo":"fin","lista_borrada":1})")
+        << siete << QByteArray(R"({"tipo":"fin","borrados":7,"lista_borrada":1})")
         << QStringList{voy, u"Espacio recuperado: 0 MB."_s,
                        u"Quedan 0 fotos en el carrete (las que no estaban copiadas)."_s, noPude};
+    QTest::newRow("nothing has gone")
+        << siete << QByteArray(R"({"tipo":"fin","borrados":0,"siguen_ahi":7,"sin_prueba":5,"se_quedan":2})")
+        << QStringList{voy, u"No he borrado nada: la copia de 5 archivos en el ordenador ya no está o no se lee igual; "
+                            "el iPhone no ha dejado borrar 2 archivos; 2 archivos no están copiados."_s};
+    QTest::newRow("a folder kept back")
+        << siete << QByteArray(R"({"tipo":"fin","borrados":6,"siguen_ahi":1,"sin_prueba":1,"sin_mirar":1})")
+        << QStringList{
+               voy, u"Espacio recuperado: 0 MB."_s,
+               u"1 archivos se quedan en el iPhone porque su copia no se ha podido comprobar. Cópialos otra vez."_s,
+               u"No sé cuántas fotos quedan: el iPhone no me ha dejado mirar todas sus carpetas."_s,
+               u"He dejado como está la lista de la app Fotos, porque no sé todo lo que queda. REINICIA EL "
+               "IPHONE."_s};
 }
 
 void PruebaAvisosDeFotos::liberar()
@@ -192,17 +206,22 @@ void PruebaAvisosDeFotos::biblioteca_data()
     QTest::addColumn<QString>("detalle");
     QTest::addColumn<QString>("resumen");
     const auto otraVez =
-        u".\n\nSuele ser porque el iPhone está usando esos archivos. Desbloquéalo, cierra la app Fotos y dale otra vez."_s;
+        u".\n\nSuele ser porque el iPhone está usando esos archivos. Desbloquéalo, cierra la app Fotos y dale otra vez.\n\n👉 REINICIA EL IPHONE para que la app Fotos se ponga al día."_s;
     QTest::newRow("complete")
-        << QByteArray(R"({"tipo":"fin","borrados":12,"quedan_fotos":0,"quedan_miniaturas":0,"lista_borrada":true})")
+        << QByteArray(
+               R"({"tipo":"fin","borrados":12,"quedan_fotos":0,"quedan_miniaturas":0,"lista_borrada":true,"fotos_en_copia":12345})")
         << u"Todo borrado · 12 archivos"_s
-        << u"Listo: 12 archivos borrados. No queda ni una foto, ni una miniatura, ni la lista.\n\n👉 REINICIA EL IPHONE AHORA. Al arrancar, la app Fotos se reconstruye vacía.\n\nTus 9.273 fotos siguen a salvo en el Mac."_s;
+        << u"Listo: 12 archivos borrados. No queda ni una foto, ni una miniatura, ni la lista.\n\n👉 REINICIA EL IPHONE AHORA. Al arrancar, la app Fotos se reconstruye vacía.\n\nTus 12.345 fotos siguen a salvo en el Mac."_s;
     QTest::newRow("a thumbnail stays")
         << QByteArray(R"({"tipo":"fin","borrados":12,"quedan_miniaturas":1,"lista_borrada":true})")
         << u"Borrado incompleto"_s << u"He borrado 12 archivos, pero quedan 0 fotos y 1 miniaturas"_s + otraVez;
     QTest::newRow("the list stays")
         << QByteArray(R"({"tipo":"fin","borrados":12})") << u"Borrado incompleto"_s
         << u"He borrado 12 archivos, pero quedan 0 fotos y 0 miniaturas, y la lista de la app Fotos sigue ahí"_s +
+               otraVez;
+    QTest::newRow("a folder kept back")
+        << QByteArray(R"({"tipo":"fin","borrados":12,"lista_borrada":true,"sin_mirar":1})") << u"Borrado incompleto"_s
+        << u"He borrado 12 archivos, pero quedan 0 fotos y 0 miniaturas, y hay carpetas que el iPhone no me ha dejado mirar"_s +
                otraVez;
 }
 
@@ -213,9 +232,9 @@ void PruebaAvisosDeFotos::biblioteca()
     QFETCH(const QString, resumen);
     dira({R"({"tipo":"total","n":12})", R"({"tipo":"progreso","hechos":1,"fichero":"%2.JPG","copiados":1})", fin});
     QString dicho;
-    borrarBibliotecaDeFotos(tarea, u"U"_s, [&](const QString &texto) { dicho = texto; });
+    borrarBibliotecaDeFotos(tarea, u"U"_s, u"/copias"_s, [&](const QString &texto) { dicho = texto; });
     QVERIFY(acaba());
-    QCOMPARE(recibido(), (QStringList{u"borrar-biblioteca-fotos"_s, u"U"_s, u"CONFIRMADO=SI"_s}));
+    QCOMPARE(recibido(), (QStringList{u"borrar-biblioteca-fotos"_s, u"U"_s, u"/copias"_s, u"CONFIRMADO=SI"_s}));
     QCOMPARE(tarea.registro().first(), u"Voy por partes: carrete, miniaturas, ediciones y la lista de la app Fotos."_s);
     QCOMPARE(tarea.detalle(), detalle);
     QCOMPARE(dicho, resumen);
@@ -223,16 +242,21 @@ void PruebaAvisosDeFotos::biblioteca()
 
 void PruebaAvisosDeFotos::todas()
 {
-    dira({R"({"tipo":"plan","a_borrar":5,"bytes":9000000})"});
-    qint64 archivos = 0;
-    planBorrarTodasLasFotos(tarea, u"U"_s, [&](qint64 cuantos, qint64) { archivos = cuantos; });
+    dira({R"({"tipo":"copia","bien":true,"telefono":"El de Marta","fecha":1780000000,"fotos":43210,"solo_icloud":3})",
+          R"({"tipo":"plan","a_borrar":5,"bytes":9000000})"});
+    PlanDeVaciado plan;
+    planBorrarTodasLasFotos(tarea, u"U"_s, u"/copias"_s, [&](const PlanDeVaciado &hecho) { plan = hecho; });
     QVERIFY(acaba());
-    QCOMPARE(archivos, qint64(5));
+    QVERIFY(plan.archivos == 5 && plan.copia.lasTieneTodas);
+    QVERIFY2(preguntaDeVaciar(plan).contains(
+                 u"«El de Marta» del 28 de mayo de 2026 a las 22:26 y, recién comprobado, tiene las 43.210 fotos") &&
+                 preguntaDeVaciar(plan).contains(u"Otras 3 solo están en iCloud"),
+             qPrintable(preguntaDeVaciar(plan)));
     QCOMPARE(tarea.detalle(), u"5 archivos en el carrete"_s);
     QCOMPARE(recibido().last(), u"CONFIRMADO="_s);
     dira({R"({"tipo":"total","n":5})", R"({"tipo":"progreso","hechos":2})",
           R"({"tipo":"fin","borrados":5,"liberados":9000000})"});
-    borrarTodasLasFotos(tarea, u"U"_s);
+    borrarTodasLasFotos(tarea, u"U"_s, u"/copias"_s);
     QVERIFY(acaba());
     QCOMPARE(recibido().last(), u"CONFIRMADO=SI"_s);
     QCOMPARE(tarea.detalle(), u"5 archivos borrados · 9 MB libres"_s);
@@ -245,7 +269,8 @@ void PruebaAvisosDeFotos::elegidas_data()
     QTest::addColumn<QByteArrayList>("avisos");
     QTest::addColumn<QString>("detalle");
     QTest::addColumn<QString>("resumen");
-    const auto prueba = u".\n\nDesbloquea el iPhone, cierra la app Fotos y prueba otra vez."_s;
+    const auto prueba =
+        u".\n\nDesbloquea el iPhone, cierra la app Fotos y prueba otra vez.\n\n👉 REINICIA EL IPHONE para que la app Fotos se ponga al día."_s;
     const QByteArray bien = R"({"tipo":"fin","borrados":2,"siguen_ahi":0,"quedan_en_carrete":9,"lista_borrada":true})";
     QTest::newRow("all gone")
         << QByteArrayList{bien} << u"Borrado · quedan 9 fotos"_s
@@ -256,6 +281,19 @@ void PruebaAvisosDeFotos::elegidas_data()
     QTest::newRow("the list stays")
         << QByteArrayList{R"({"tipo":"fin","borrados":1,"siguen_ahi":1})"} << u"Borrado incompleto"_s
         << u"He borrado 1 archivos, pero 1 siguen ahí y no pude tirar la lista de la app Fotos"_s + prueba;
+    QTest::newRow("nothing has gone")
+        << QByteArrayList{R"({"tipo":"fin","borrados":0,"siguen_ahi":2,"sin_prueba":2,"quedan_en_carrete":9})"}
+        << u"No se ha borrado nada"_s
+        << u"No he borrado nada: la copia de 2 archivos en el ordenador ya no está o no se lee igual.\n\nDesbloquea el iPhone, cierra la app Fotos y prueba otra vez."_s;
+    QTest::newRow("stopped on its own account")
+        << QByteArrayList{R"({"tipo":"total","n":3})", R"({"tipo":"progreso","hechos":1,"copiados":1})",
+                          R"({"tipo":"cortado","borrados":2,"quedan":1})", R"({"tipo":"error","motivo":"Se acabó."})"}
+        << u"Borrado a medias: 2 archivos fuera, quedan 1 archivo en el iPhone. REINICIA EL IPHONE."_s
+        << u"Borrado a medias: 2 archivos fuera, quedan 1 archivo en el iPhone. REINICIA EL IPHONE. Hasta que lo reinicies, la app Fotos puede seguir enseñando las que ya no están.\n\nSe acabó."_s;
+    QTest::newRow("died without a word")
+        << QByteArrayList{R"({"tipo":"total","n":3})", R"({"tipo":"progreso","hechos":2,"copiados":1})"}
+        << u"Borrado a medias: 1 archivo fuera, quedan 2 archivos en el iPhone. REINICIA EL IPHONE."_s
+        << u"Borrado a medias: 1 archivo fuera, quedan 2 archivos en el iPhone. REINICIA EL IPHONE. Hasta que lo reinicies, la app Fotos puede seguir enseñando las que ya no están."_s;
 }
 
 void PruebaAvisosDeFotos::elegidas()
@@ -269,7 +307,8 @@ void PruebaAvisosDeFotos::elegidas()
     QVERIFY(escribirFichero(mia, "importante"));
     QFile::link(mia, qEnvironmentVariable("XDG_RUNTIME_DIR") + u"/vellora-elegidas.txt"_s);
     QString dicho;
-    borrarElegidasDeVerdad(tarea, u"U"_s, rutas, [&](const QString &texto) { dicho = texto; });
+    borrarElegidasDeVerdad(tarea, u"U"_s, {rutas, {rutas[1]}, u"/fotos"_s},
+                           [&](const QString &texto) { dicho = texto; });
     QVERIFY(acaba());
     QCOMPARE(recibido()[0], u"borrar-elegidas-de-verdad"_s);
     QCOMPARE(recibido().last(), u"CONFIRMADO=SI"_s);
@@ -281,6 +320,9 @@ void PruebaAvisosDeFotos::elegidas()
     QVERIFY(recibido()[2].startsWith(CarpetaPrivada::enLaCache(u"trabajo/"_s)));
     QTRY_VERIFY(!QFile::exists(recibido()[2]));
     QCOMPARE(leerFichero(mia), QByteArray("importante"));
+    // What the owner was told to be copied goes against that folder; what not, by its name.
+    QCOMPARE(recibido()[3], u"/fotos"_s);
+    QCOMPARE(leerFichero(QDir::homePath() + u"/lista-2"_s), rutas[1].toUtf8() + '\n');
     QCOMPARE(tarea.detalle(), detalle);
     QCOMPARE(dicho, resumen);
 }
@@ -419,9 +461,11 @@ void PruebaAvisosDeFotos::elFinTardioNoCierraElTrabajoSiguiente()
     const QList<Lanzar> operaciones{
         [&](Tarea &t) { liberarEspacio(t, u, carpetaFotos); },
         [&](Tarea &t) { planDeLiberacion(t, u, carpetaFotos, nada); },
-        [&](Tarea &t) { borrarTodasLasFotos(t, u); },
-        [&](Tarea &t) { borrarBibliotecaDeFotos(t, u, nada); },
-        [&](Tarea &t) { borrarElegidas(t, u, {u"/DCIM/a"_s}, nada); },
+        [&](Tarea &t) { borrarTodasLasFotos(t, u, carpetaFotos); },
+        [&](Tarea &t) { borrarBibliotecaDeFotos(t, u, carpetaFotos, nada); },
+        [&](Tarea &t) {
+            borrarElegidas(t, u, {{u"/DCIM/a"_s}, {}, carpetaFotos}, nada);
+        },
         [&](Tarea &t) { listarCarrete(t, u, carpetaFotos, nada); },
         [&](Tarea &t) { copiarFotosRapido(t, u, carpetaFotos); },
     };
@@ -460,6 +504,24 @@ void PruebaAvisosDeFotos::miniaturasDeMas()
     QVERIFY(QFile::exists(suya) && !QFile::exists(ida) && QFile::exists(deOtro));
     Galeria::podar(u"U"_s, {esta}, 1500);
     QVERIFY(QFile::exists(suya) && !QFile::exists(deOtro));
+}
+
+/// The owner's stop waits for the engine's last word: so many went, so many stay, in the strip and in the journal.
+void PruebaAvisosDeFotos::borradoQueSeCancela()
+{
+    dira({R"({"tipo":"plan","a_borrar":9})", R"({"tipo":"progreso","hechos":4})"});
+    const auto terco = QDir::homePath() + u"/terco"_s;
+    QVERIFY(escribirFichero(terco, "1"));
+    liberarEspacio(tarea, u"U"_s, u"/fotos"_s);
+    QTRY_COMPARE(tarea.hechos(), qint64(4));
+    tarea.cancelar();
+    QVERIFY(tarea.enMarcha() && tarea.cancelada());
+    QVERIFY(QFile::remove(terco));
+    QVERIFY(acaba());
+    QCOMPARE(tarea.detalle(),
+             u"Borrado a medias: 4 archivos fuera, quedan 5 archivos en el iPhone. REINICIA EL IPHONE."_s);
+    QCOMPARE(diario.lista().first().detalle, tarea.detalle());
+    QVERIFY(diario.lista().first().detalle.contains(u"REINICIA EL IPHONE"));
 }
 
 QTEST_GUILESS_MAIN(PruebaAvisosDeFotos)

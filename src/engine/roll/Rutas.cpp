@@ -55,10 +55,12 @@ RutasBuscadas buscarRutas(Conexiones &conexiones, const QStringList &rutas)
     auto &afc = conexiones.primera();
     for (const auto &ruta : rutas) {
         const auto ficha = afc.ficha(ruta);
-        if (ficha && ficha->tipo == FichaAfc::Tipo::Fichero)
+        if (ficha && ficha->tipo == FichaAfc::Tipo::Fichero) {
             buscadas.ficheros.push_back({ruta, *sitioLocal(ruta), *ficha});
-        else
-            buscadas.perdidos.emplace_back(ruta, ficha ? u"no es una foto"_s : ficha.motivo());
+            continue;
+        }
+        buscadas.negados += ficha || !afc.faltaba() ? 1 : 0;
+        buscadas.perdidos.emplace_back(ruta, ficha ? u"no es una foto"_s : ficha.motivo());
     }
     return buscadas;
 }

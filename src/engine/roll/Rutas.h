@@ -23,6 +23,7 @@ Resultado<QStringList> leerRutas(const QString &fichero, RutasAdmitidas cuales =
 struct RutasBuscadas {
     std::vector<FicheroDelCarrete> ficheros;           ///< in the order asked for
     std::vector<std::pair<QString, QString>> perdidos; ///< a path and why it is not among them
+    qint64 negados = 0; ///< of those: the phone did not say that they are gone, so they are still there
 };
 /// What the phone says today of those paths.
 RutasBuscadas buscarRutas(Conexiones &conexiones, const QStringList &rutas);

@@ -58,25 +58,11 @@ void Programa::quizaOtroTelefono()
 
 void Programa::pedirBorrarTodas()
 {
-    const auto &elegido = modelo.seleccionado();
-    if (!elegido || modelo.tarea().enMarcha())
+    if (!modelo.seleccionado() || modelo.tarea().enMarcha())
         return;
     if (!copias.diasDesdeLaCopia())
-        return consentimiento.avisar(
-            u"No te dejo borrar sin una copia. Podrías perder tus fotos para siempre.\n\n"
-            "Primero pon tus fotos a salvo: pulsa «Copiar fotos y vídeos» o «Hacer copia de seguridad». Cuando "
-            "estén a salvo, se desbloquea el borrado."_s);
-    consentimiento.plantear(
-        {u"¿Borrar TODAS las fotos del iPhone, sin dejar rastro?"_s,
-         u"Se borra la biblioteca de Fotos entera del iPhone: las fotos, los vídeos, las miniaturas, las ediciones y "
-         u"la "
-         "lista de la app Fotos.\n\nEsta vez SÍ desaparecen de la pantalla del teléfono. Tendrás que reiniciar el "
-         "iPhone al terminar.\n\nTienes copia de seguridad en el Mac, y las fotos se pueden recuperar con el botón "
-         "«Recuperar mis fotos».\n\nEsto no se puede deshacer desde el iPhone."_s,
-         u"Borrarlo todo"_s, u"No borrar nada"_s, Cerradura::BorrarTodasLasFotos, elegido->id, nullptr,
-         [this, udid = elegido->id] {
-             fotos.borrarTodas(udid);
-         }});
+        return consentimiento.avisar(avisoDeNoVaciar({}));
+    fotos.prepararVaciado();
 }
 
 void Programa::recuperarFotos()
