@@ -471,6 +471,7 @@ void Sesion::fotos()
     tecla(Qt::Key_Escape);
     modelo.tarea().cerrarAviso();
     pulsa(u"BORRAR TODAS las fotos"_s);
+    espera("the backup", [this] { return programa.consentimiento.abierto() && !modelo.tarea().enMarcha(); });
     foto(u"borrar-todas"_s);
     programa.consentimiento.responder(true);
     espera("the deletion", [this] { return !modelo.tarea().enMarcha() && !programa.consentimiento.aviso().isEmpty(); });

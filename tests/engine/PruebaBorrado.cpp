@@ -49,10 +49,7 @@ private:
     /// A backup of the phone as it stands now.
     bool hacerCopia(const QString &clave = {})
     {
-        QStringList argumentos{u"--telefono"_s, telefono->contenido(udid), u"--copia"_s, copias + u'/' + udid};
-        if (!clave.isEmpty())
-            argumentos << u"--clave"_s << clave << u"--rondas"_s << u"100"_s;
-        return QDir().mkpath(copias) && QProcess::execute(QStringLiteral(COPIA_SIMULADA), argumentos) == 0;
+        return CopiaDePrueba::copiarTelefono(telefono->contenido(udid), copias + u'/' + udid, clave);
     }
     Corrida vaciar(bool confirmado) { return correrMotor({u"borrar-biblioteca-fotos"_s, udid, copias}, confirmado); }
 

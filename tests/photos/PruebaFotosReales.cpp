@@ -33,6 +33,7 @@ private slots:
     void copiarYLiberar();
     void copiarPorCarpetas();
     void elegirYBorrar();
+    void borradoQueSePara();
     void otroTelefono();
     void biblioteca();
     void laComprobacionNiega();
@@ -205,6 +206,43 @@ void PruebaFotosReales::elegirYBorrar()
     QVERIFY(acaba());
 }
 
+/// Stopped half-way: what went and what stays is told, and still told when the roll has been read again.
+void PruebaFotosReales::borradoQueSePara()
+{
+    auto &seleccion = programa->seleccion;
+    auto &tarea = programa->modelo.tarea();
+    auto &consentimiento = programa->consentimiento;
+    seleccion.abrir();
+    QVERIFY(leido() && acaba());
+    QTRY_VERIFY(seleccion.rowCount() > 8);
+    seleccion.marcarTodas();
+    const auto antes = enElTelefono().size();
+    seleccion.pedirBorrar();
+    const auto lento = [this](int ms) {
+        return telefono->orden({{u"orden"_s, u"pausa"_s},
+                                {u"servicio"_s, u"com.apple.afc"_s},
+                                {u"ms"_s, ms},
+                                {u"veces"_s, 0}})[u"bien"_s]
+            .toBool();
+    };
+    QVERIFY(lento(60));
+    consentimiento.responder(true);
+    QTRY_VERIFY_WITH_TIMEOUT(tarea.hechos() > 1, 30'000);
+    tarea.cancelar();
+    QVERIFY(lento(0));
+    QTRY_VERIFY_WITH_TIMEOUT(consentimiento.aviso().startsWith(u"Borrado a medias: "), 30'000);
+    const auto quedan = enElTelefono().size();
+    QVERIFY(quedan > 0 && quedan < antes);
+    const auto frase = u"Borrado a medias: %1 archivos fuera, quedan %2 archivos en el iPhone. REINICIA EL IPHONE."_s
+                           .arg(antes - quedan)
+                           .arg(quedan);
+    QVERIFY2(consentimiento.aviso().startsWith(frase), qPrintable(consentimiento.aviso()));
+    QTRY_VERIFY_WITH_TIMEOUT(leido() && !tarea.enMarcha() && tarea.detalle() == frase, 30'000);
+    QVERIFY(tarea.terminadaBien() == false);
+    const auto &diario = programa->modelo.diario().lista();
+    QVERIFY(std::any_of(diario.begin(), diario.end(), [&](const auto &una) { return una.detalle == frase; }));
+}
+
 void PruebaFotosReales::otroTelefono()
 {
     auto &seleccion = programa->seleccion;
@@ -225,14 +263,26 @@ void PruebaFotosReales::biblioteca()
     QVERIFY(!consentimiento.abierto());
     QVERIFY(consentimiento.aviso().startsWith(u"No te dejo borrar sin una copia."));
     consentimiento.cerrarAviso();
+    // Locked too by one that lacks a photo.
     const auto copia = programa->modelo.carpetaCopias() + u'/' + telefono->udid();
-    QVERIFY(escribirFichero(copia + u"/Manifest.db"_s, "x") && escribirFichero(copia + u"/Info.plist"_s, "x"));
+    QVERIFY(CopiaDePrueba::copiarTelefono(telefono->contenido(telefono->udid()), copia));
+    const auto nueva = media + u"/DCIM/100APPLE/IMG_0900.JPG"_s;
+    QVERIFY(escribirFichero(nueva, "de después de la copia"));
     programa->pedirBorrarTodas();
-    QVERIFY(consentimiento.abierto());
-    QVERIFY(consentimiento.texto().contains(u"Tienes copia de seguridad en el Mac"));
+    QVERIFY(acaba() && !consentimiento.abierto());
+    QVERIFY2(consentimiento.aviso().contains(u"A la copia de seguridad le faltan 1 archivos"),
+             qPrintable(consentimiento.aviso()));
+    consentimiento.cerrarAviso();
+    QVERIFY(QFile::remove(nueva));
+    programa->pedirBorrarTodas();
+    QVERIFY(acaba() && consentimiento.abierto());
+    QVERIFY2(consentimiento.texto().contains(u"Tienes copia de seguridad en el Mac") &&
+                 consentimiento.texto().contains(u"Es la de «iPhone de Marta» del "),
+             qPrintable(consentimiento.texto()));
     consentimiento.responder(true);
     QTRY_VERIFY_WITH_TIMEOUT(consentimiento.aviso().startsWith(u"Listo: "), 30'000);
     QVERIFY(acaba() && enElTelefono().isEmpty());
+    QVERIFY(!consentimiento.aviso().contains(u"Tus 0 fotos"));
 }
 
 /// Somebody who is not the owner, or closes the system's question, deletes nothing, whatever they press before.
@@ -249,7 +299,7 @@ void PruebaFotosReales::laComprobacionNiega()
     programa->fotos.copiar();
     QVERIFY(acaba());
     const auto copia = programa->modelo.carpetaCopias() + u'/' + telefono->udid();
-    QVERIFY(escribirFichero(copia + u"/Manifest.db"_s, "x"));
+    QVERIFY(CopiaDePrueba::copiarTelefono(telefono->contenido(telefono->udid()), copia));
     auto &seleccion = programa->seleccion;
     seleccion.abrir();
     QVERIFY(leido() && acaba());
@@ -257,10 +307,11 @@ void PruebaFotosReales::laComprobacionNiega()
     seleccion.marcarTodas();
     const auto todo = enElTelefono();
     programa->fotos.prepararLiberacion();
-    QVERIFY(acaba());
-    const auto trasElPlan = programa->modelo.diario().lista().size();
+    QVERIFY(acaba() && programa->consentimiento.abierto());
     programa->consentimiento.responder(true);
     programa->pedirBorrarTodas();
+    QVERIFY(acaba() && programa->consentimiento.abierto());
+    const auto trasElPlan = programa->modelo.diario().lista().size();
     programa->consentimiento.responder(true);
     seleccion.pedirBorrar();
     programa->consentimiento.responder(true);

@@ -28,7 +28,14 @@ public:
     /// With an empty password the backup is not encrypted.
     bool copiar(const QString &nombre, const QString &clave, int rondas = 100) const
     {
-        QStringList argumentos{QStringLiteral("--telefono"), telefono(), QStringLiteral("--copia"), ruta(nombre)};
+        return copiarTelefono(telefono(), ruta(nombre), clave, rondas);
+    }
+    /// The backup of a phone whose contents stand there, into a folder that is made.
+    static bool copiarTelefono(const QString &telefono, const QString &copia, const QString &clave = {},
+                               int rondas = 100)
+    {
+        QDir().mkpath(QFileInfo(copia).path());
+        QStringList argumentos{QStringLiteral("--telefono"), telefono, QStringLiteral("--copia"), copia};
         if (!clave.isEmpty())
             argumentos << QStringLiteral("--clave") << clave << QStringLiteral("--rondas") << QString::number(rondas);
         return QProcess::execute(QStringLiteral(COPIA_SIMULADA), argumentos) == 0;

@@ -1,5 +1,6 @@
 #include "platform/Apariencia.h"
 #include "support/BaseDePrueba.h"
+#include "support/CopiaDePrueba.h"
 #include "support/TelefonoSimulado.h"
 #include "ui/Interfaz.h"
 #include "ui/sesion/Programa.h"
@@ -164,16 +165,16 @@ void PruebaFotosEnVentana::borrarTodas()
     QVERIFY(!programa->consentimiento.abierto());
     QVERIFY(pulsa(u"Vale"_s));
     const auto copia = programa->modelo.carpetaCopias() + u'/' + telefono->udid();
-    QVERIFY(escribirFichero(copia + u"/Manifest.db"_s, "x") && escribirFichero(copia + u"/Info.plist"_s, "x"));
+    QVERIFY(CopiaDePrueba::copiarTelefono(telefono->contenido(telefono->udid()), copia));
     programa->copias.cambio();
     QTRY_COMPARE(pie(), u"Fotos, miniaturas y la lista: desaparecen de verdad"_s);
-    QVERIFY(pulsa(u"BORRAR TODAS las fotos"_s));
+    QVERIFY(pulsa(u"BORRAR TODAS las fotos"_s) && acaba());
     QVERIFY(seLee(u"¿Borrar TODAS las fotos del iPhone, sin dejar rastro?"_s));
     QCOMPARE(Manos::nombreDelFoco(*ventana), u"No borrar nada"_s);
     tecla(Qt::Key_Escape);
     QTest::qWait(200);
     QCOMPARE(enElTelefono(), todos);
-    QVERIFY(pulsa(u"BORRAR TODAS las fotos"_s) && pulsa(u"Borrarlo todo"_s));
+    QVERIFY(pulsa(u"BORRAR TODAS las fotos"_s) && acaba() && pulsa(u"Borrarlo todo"_s));
     QTRY_VERIFY_WITH_TIMEOUT(programa->consentimiento.aviso().contains(u"REINICIA EL IPHONE AHORA"), 30'000);
     QCOMPARE(enElTelefono(), 0);
 }
