@@ -48,29 +48,37 @@ int contrasenas(const QStringList &argumentos, Avisos &avisar);
 int copiar(const QStringList &argumentos, Avisos &avisar);
 /// "copiar-elegidas" UDID LISTA DESTINO: the same of the files whose paths are in the list, a line each.
 int copiarElegidas(const QStringList &argumentos, Avisos &avisar);
+// Deletions that do not come to their end (the owner's stop, the cable, a reason of their own, which an "error" tells)
+// give "cortado" borrados quedan (files) liberados lista_borrada in place of "fin".
+
 /// "liberar" UDID CARPETA: takes off the phone what has a whole copy in the folder. Notices: "plan" a_borrar se_quedan
-/// (files) bytes; confirmed, after it "progreso" hechos, "fin" borrados liberados quedan_en_carrete (photos)
-/// lista_borrada; not well when one stays because its copy could not be proved. What was deleted is told in "Borradas
-/// del iPhone.txt" in the folder.
+/// (files) bytes; confirmed, after it "progreso" hechos, "fin" borrados liberados siguen_ahi (files that should have
+/// gone) sin_prueba (of those: the copy could not be proved) se_quedan sin_mirar (folders that the phone would not
+/// list) quedan_en_carrete (photos; absent when not all could be listed) lista_borrada; not well when one stays that
+/// should have gone. What goes is told before it goes in "Borradas del iPhone.txt" in the folder.
 int liberar(const QStringList &argumentos, Avisos &avisar);
-/// "borrar-fotos-iphone" UDID: every file of the roll. Unconfirmed: "plan" a_borrar bytes. Confirmed: "total" n,
-/// "progreso" hechos, "fin" borrados liberados.
+/// "borrar-fotos-iphone" UDID COPIAS: every file of the roll, against the backup of that phone in the folder of
+/// backups. Notices: "copia" bien motivo telefono fecha (seconds since 1970) fotos faltan (files) solo_icloud;
+/// unconfirmed, "plan" a_borrar bytes. Confirmed, and only when the backup holds every photo: "total" n, "progreso"
+/// hechos, "fin" as of `liberar`.
 int borrarFotosIPhone(const QStringList &argumentos, Avisos &avisar);
-/// "borrar-biblioteca-fotos" UDID: the roll, its edits, the thumbnails and the list of the Photos app. Unconfirmed:
-/// "plan" as above. Confirmed: "total" n, "progreso" hechos copiados fichero, "fin" borrados quedan_fotos
-/// quedan_miniaturas lista_borrada.
+/// "borrar-biblioteca-fotos" UDID COPIAS: the roll, its edits, the thumbnails and the list of the Photos app. Notices
+/// as of the last one, but "progreso" hechos copiados fichero, "fin" borrados quedan_fotos quedan_miniaturas sin_mirar
+/// fotos_en_copia lista_borrada.
 int borrarBibliotecaFotos(const QStringList &argumentos, Avisos &avisar);
-/// "borrar-elegidas" UDID LISTA: the files of the list. Unconfirmed: "plan" as above. Confirmed: "total" n, "progreso"
-/// hechos copiados fichero, "fin" borrados siguen_ahi quedan_en_carrete lista_borrada.
+/// "borrar-elegidas" UDID LISTA CARPETA [SIN_COPIAR]: the files of the list. Those that the second list names go
+/// without a copy, as the owner was told; all others only after the proof of theirs in the folder. Unconfirmed: "plan"
+/// as above. Confirmed: "total" n, "progreso" hechos copiados fichero, "fin" as of `liberar`.
 int borrarElegidas(const QStringList &argumentos, Avisos &avisar);
-/// "borrar-elegidas-de-verdad" UDID LISTA: the same, and the list of the Photos app with them.
+/// "borrar-elegidas-de-verdad" UDID LISTA CARPETA [SIN_COPIAR]: the same, and the list of the Photos app with them.
 int borrarElegidasDeVerdad(const QStringList &argumentos, Avisos &avisar);
 /// "recuperar-carrete" UDID COPIAS DESTINO: the roll out of the backup of that phone, in its own folders. Notices:
 /// "total" n, "progreso" hechos copiados, "fin" recuperadas saltadas bytes.
 int recuperarCarrete(const QStringList &argumentos, Avisos &avisar);
 /// "listar-carrete" UDID CARPETA: notices "carrete" lista, as many as it takes, whose elements have ruta, carpeta,
 /// nombre, bytes, fecha (seconds since 1970), tipo ("foto", "video", "retoque" or "ajustes"), elemento (the same for
-/// all files of one photo), copiado (in the folder) and estado ("visible", "oculta" or "papelera").
+/// all files of one photo), copiado (in the folder) and estado ("visible", "oculta" or "papelera"); and sin_mirar,
+/// the number of folders that the phone would not list.
 int listarCarrete(const QStringList &argumentos, Avisos &avisar);
 /// "miniaturas" UDID LISTA FOTOS CARPETA: makes the small pictures of the files of the list that are not in CARPETA
 /// yet, named by `nombreDeMiniatura`: of the phone's own, of the copy in the folder FOTOS, or else of the file itself.
