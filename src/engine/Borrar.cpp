@@ -23,8 +23,8 @@ constexpr std::array carpetasDeLaBiblioteca{carpetaDelCarrete, carpetaDeRetoques
 /// What is to be emptied, and what of it the owner would miss.
 struct Biblioteca {
     std::vector<FicheroDelCarrete> ficheros; ///< the photos first: should it end early, their thumbnails are of use
-    Carrete carrete;                         ///< photos, videos and edits
-    QStringList sinMirar;                    ///< what the phone did not show, of the thumbnails too
+    Carrete carrete;
+    QStringList sinMirar; ///< what the phone did not show, of the thumbnails too
 };
 
 bool esDeCarpeta(const QString &ruta, const char *carpeta)
@@ -32,29 +32,30 @@ bool esDeCarpeta(const QString &ruta, const char *carpeta)
     return ruta.startsWith(QString::fromLatin1(carpeta) + u'/');
 }
 
-/// Files of the whole library of photos, the app's list left out.
+/// Files of the whole library of photos, the app's list left out, and what is never deleted.
 Resultado<Biblioteca> leerBiblioteca(Conexiones &conexiones, Avisos &avisar)
 {
-    Biblioteca biblioteca;
-    auto hallados =
-        recorrer(conexiones, {QString::fromLatin1(carpetaDelCarrete), QString::fromLatin1(carpetaDeRetoques)},
-                 biblioteca.carrete.problemas);
+    auto carrete = leerCarrete(conexiones);
+    if (!carrete)
+        return Resultado<Biblioteca>::fallo(carrete.motivo());
+    Biblioteca biblioteca{carrete->ficheros, *std::move(carrete), {}};
     biblioteca.sinMirar = biblioteca.carrete.problemas;
-    auto miniaturas = hallados ? recorrer(conexiones, {QString::fromLatin1(carpetaDeMiniaturas)}, biblioteca.sinMirar)
-                               : std::move(hallados);
-    if (!miniaturas)
-        return Resultado<Biblioteca>::fallo(miniaturas.motivo());
+    QSet<QString> conocidas;
+    for (const auto &fichero : biblioteca.ficheros)
+        conocidas << fichero.ruta;
+    // Of the edits, what the app can make anew is nothing to miss.
+    const auto demas =
+        recorrer(conexiones, {QString::fromLatin1(carpetaDeRetoques), QString::fromLatin1(carpetaDeMiniaturas)},
+                 biblioteca.sinMirar);
+    if (!demas)
+        return Resultado<Biblioteca>::fallo(demas.motivo());
+    for (const auto &[ruta, ficha] : *demas) {
+        if (!conocidas.contains(ruta))
+            biblioteca.ficheros.push_back({ruta, {}, ficha});
+    }
+    biblioteca.sinMirar.removeDuplicates();
     for (const auto &problema : biblioteca.sinMirar)
         avisar.linea(problema);
-    std::move(miniaturas->begin(), miniaturas->end(), std::back_inserter(*hallados));
-    for (auto &[ruta, ficha] : *hallados) {
-        const auto sitio = sitioLocal(ruta);
-        const FicheroDelCarrete fichero{ruta, sitio.value_or(ruta.toUtf8()), ficha};
-        biblioteca.ficheros.push_back(fichero);
-        // Of the edits, what the app can make anew is nothing to miss.
-        if (sitio || esDeCarpeta(ruta, carpetaDelCarrete))
-            biblioteca.carrete.ficheros.push_back(fichero);
-    }
     std::sort(biblioteca.ficheros.begin(), biblioteca.ficheros.end(),
               [](const auto &una, const auto &otra) { return una.ruta < otra.ruta; });
     return biblioteca;
@@ -117,7 +118,8 @@ std::optional<QString> impedimento(const QStringList &argumentos, Conexiones &co
                                {u"fecha"_s, enCopia.fecha},
                                {u"fotos"_s, enCopia.fotos},
                                {u"faltan"_s, enCopia.faltan},
-                               {u"solo_icloud"_s, enCopia.soloICloud}});
+                               {u"solo_icloud"_s, enCopia.soloICloud},
+                               {u"al_quitar_lista"_s, enCopia.alQuitarLaLista}});
     return motivo;
 }
 

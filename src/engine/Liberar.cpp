@@ -2,6 +2,7 @@
 #include "engine/roll/BorradoProbado.h"
 #include "engine/roll/FinDeBorrado.h"
 #include "engine/roll/Rutas.h"
+#include "engine/roll/SinCopia.h"
 
 #include <map>
 
@@ -69,8 +70,10 @@ int liberar(const QStringList &argumentos, Avisos &avisar)
     return conElCarrete(argumentos[0], avisar, [&](Conexiones &conexiones, const Carrete &carrete) {
         auto copiadas = Copiadas::leer(argumentos[1], argumentos[0]);
         const auto plan = planear(carrete, copiadas);
-        avisar.avisar(u"plan"_s,
-                      {{u"a_borrar"_s, plan.ficheros}, {u"se_quedan"_s, plan.seQuedan}, {u"bytes"_s, plan.bytes}});
+        QJsonObject aviso{{u"a_borrar"_s, plan.ficheros}, {u"se_quedan"_s, plan.seQuedan}, {u"bytes"_s, plan.bytes}};
+        if (!confirmado())
+            aviso[u"al_quitar_lista"_s] = alQuitarLaLista(conexiones.primera(), carrete);
+        avisar.avisar(u"plan"_s, aviso);
         return confirmado() ? borrar(plan, conexiones, carrete, copiadas, argumentos[1], avisar) : 0;
     });
 }

@@ -1,7 +1,7 @@
 #include "engine/Ordenes.h"
-#include "engine/roll/BaseDeFotos.h"
 #include "engine/roll/Copiadas.h"
 #include "engine/roll/Rutas.h"
+#include "engine/roll/SinCopia.h"
 
 #include <QJsonArray>
 
@@ -52,14 +52,19 @@ QJsonObject describir(const FicheroDelCarrete &fichero, bool listado)
             {u"solo_se_copia"_s, seGuardaFuera(fichero.ruta)}};
 }
 
-/// Of the roll, and of what is kept outside of it; nothing when the list cannot be read.
-BaseDeFotos queSabeElTelefono(Afc &afc)
+/// What the phone's own list tells.
+struct LoQueSabe {
+    BaseDeFotos fotos;       ///< of the roll, and of what is kept outside of it
+    QString alQuitarLaLista; ///< see `SinCopia`
+};
+LoQueSabe queSabeElTelefono(Afc &afc, const Carrete &carrete)
 {
     auto lista = leerListaDeFotos(afc);
     if (!lista)
         return {};
+    const auto alQuitarla = contarSinCopia(*lista, carrete).alQuitarLaLista().value_or(QString());
     lista->delCarrete.merge(lista->deFuera);
-    return std::move(lista->delCarrete);
+    return {std::move(lista->delCarrete), alQuitarla};
 }
 
 } // namespace
@@ -68,7 +73,7 @@ int listarCarrete(const QStringList &argumentos, Avisos &avisar)
 {
     return conElCarrete(argumentos[0], avisar, [&](Conexiones &conexiones, const Carrete &carrete) {
         const auto copiadas = Copiadas::leer(argumentos[1], argumentos[0]);
-        const auto base = queSabeElTelefono(conexiones.primera());
+        const auto [base, queSePierde] = queSabeElTelefono(conexiones.primera(), carrete);
         // The list knows one file of each photo: the state is that of all its files.
         std::unordered_map<std::string, EstadoDeFoto> estados;
         for (const auto &[relativa, estado] : base)
@@ -76,9 +81,10 @@ int listarCarrete(const QStringList &argumentos, Avisos &avisar)
                         .toStdString()] = estado;
 
         QJsonArray lista;
-        const auto soltar = [&] {
-            const bool dicho =
-                avisar.avisar(u"carrete"_s, {{u"lista"_s, lista}, {u"sin_mirar"_s, carrete.problemas.size()}});
+        const auto soltar = [&, &queSePierde = queSePierde] {
+            const bool dicho = avisar.avisar(
+                u"carrete"_s,
+                {{u"lista"_s, lista}, {u"sin_mirar"_s, carrete.problemas.size()}, {u"al_quitar_lista"_s, queSePierde}});
             lista = {};
             return dicho;
         };

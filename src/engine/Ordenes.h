@@ -52,10 +52,11 @@ int copiarElegidas(const QStringList &argumentos, Avisos &avisar);
 // give "cortado" borrados quedan (files) liberados lista_borrada in place of "fin".
 
 /// "liberar" UDID CARPETA: takes off the phone what has a whole copy in the folder. Notices: "plan" a_borrar se_quedan
-/// (files) bytes; confirmed, after it "progreso" hechos, "fin" borrados liberados siguen_ahi (files that should have
-/// gone) sin_prueba (of those: the copy could not be proved) se_quedan sin_mirar (folders that the phone would not
-/// list) quedan_en_carrete (photos; absent when not all could be listed) lista_borrada; not well when one stays that
-/// should have gone. What goes is told before it goes in "Borradas del iPhone.txt" in the folder.
+/// (files) bytes, unconfirmed al_quitar_lista (a sentence, or empty); confirmed, after it "progreso" hechos, "fin"
+/// borrados liberados siguen_ahi (files that should have gone) sin_prueba (of those: the copy could not be proved)
+/// se_quedan sin_mirar (folders that the phone would not list) quedan_en_carrete (photos; absent when not all could be
+/// listed) lista_borrada; not well when one stays that should have gone. What goes is told before it goes in "Borradas
+/// del iPhone.txt" in the folder.
 int liberar(const QStringList &argumentos, Avisos &avisar);
 /// "borrar-fotos-iphone" UDID COPIAS: every file of the roll, against the backup of that phone in the folder of
 /// backups. Notices: "copia" bien motivo telefono fecha (seconds since 1970) fotos faltan (files) solo_icloud;

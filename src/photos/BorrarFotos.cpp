@@ -120,7 +120,8 @@ CopiaDelCarrete copiaDe(const Motor::Aviso &aviso)
             aviso.texto("telefono"_L1).value_or(QString()),
             QDateTime::fromSecsSinceEpoch(numero(aviso, "fecha"_L1)),
             numero(aviso, "fotos"_L1),
-            numero(aviso, "solo_icloud"_L1)};
+            numero(aviso, "solo_icloud"_L1),
+            aviso.texto("al_quitar_lista"_L1).value_or(QString())};
 }
 
 void planear(Tarea &tarea, const QStringList &orden, const AlPlanear &resultado)
@@ -206,9 +207,10 @@ QString preguntaDeVaciar(const PlanDeVaciado &plan)
             copia.telefono, Formato::espanol().toString(copia.fecha, u"d 'de' MMMM 'de' yyyy 'a las' H:mm"_s),
             Formato::entero(copia.fotos));
     if (copia.soloICloud > 0)
-        texto +=
-            u"\n\n⚠️ Otras %1 solo están en iCloud: no están en la copia, y el iPhone puede tardar en volver a "
-            "enseñarlas."_s.arg(Formato::entero(copia.soloICloud));
+        texto += u"\n\n⚠️ Otras %1 solo están en iCloud: no están en la copia."_s.arg(
+            Formato::entero(copia.soloICloud));
+    if (!copia.alQuitarLaLista.isEmpty())
+        texto += u"\n\n⚠️ "_s + copia.alQuitarLaLista;
     return texto + u"\n\nEsto no se puede deshacer desde el iPhone."_s;
 }
 

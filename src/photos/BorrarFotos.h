@@ -17,8 +17,9 @@ struct CopiaDelCarrete {
     QString motivo;             ///< why not, as a sentence
     QString telefono;           ///< the phone's name when it was made
     QDateTime fecha;
-    qint64 fotos = 0;      ///< that it holds of those in the phone, as a person counts them
-    qint64 soloICloud = 0; ///< that the phone lists and does not have: in no backup
+    qint64 fotos = 0;        ///< that it holds of those in the phone, as a person counts them
+    qint64 soloICloud = 0;   ///< that the phone lists and does not have: in no backup
+    QString alQuitarLaLista; ///< what losing the phone's list means for those that stay; empty when there are none
 };
 
 /// What emptying the phone would do.

@@ -124,7 +124,7 @@ std::shared_ptr<const ListaDeRutas> apuntarRutas(const QStringList &rutas)
     return std::make_shared<const ListaDeRutas>(ListaDeRutas{*std::move(carpeta), lista.fileName()});
 }
 
-QString preguntaDeBorrarElegidas(qint64 cuantos, qint64 peso, qint64 sinCopiar)
+QString preguntaDeBorrarElegidas(qint64 cuantos, qint64 peso, qint64 sinCopiar, const QString &alQuitarLaLista)
 {
     auto texto = cuantos == 1 ? u"Se borrará 1 foto del iPhone y recuperarás %1."_s.arg(Formato::tamano(peso))
                               : u"Se borrarán %1 fotos del iPhone y recuperarás %2."_s.arg(Formato::entero(cuantos),
@@ -133,32 +133,33 @@ QString preguntaDeBorrarElegidas(qint64 cuantos, qint64 peso, qint64 sinCopiar)
         texto += (sinCopiar == 1 ? u"\n\n⚠️ 1 NO está copiada en el Mac: se pierde para siempre."_s
                                  : u"\n\n⚠️ %1 NO están copiadas en el Mac: se pierden para siempre."_s.arg(
                                        Formato::entero(sinCopiar)));
-    return texto +
-           u"\n\nTambién se tira la lista de la app Fotos, que se rehace sola: al terminar hay que reiniciar el "
-           "iPhone."_s;
+    texto += u"\n\nTambién se tira la lista de la app Fotos, que se rehace sola: al terminar hay que reiniciar el "
+             "iPhone."_s;
+    return alQuitarLaLista.isEmpty() ? texto : texto + u"\n\n⚠️ "_s + alQuitarLaLista;
 }
 
 void listarCarrete(Tarea &tarea, const QString &udid, const QString &carpetaLocal,
-                   const std::function<void(const QList<FotoDelCarrete> &)> &resultado)
+                   const std::function<void(const CarreteListado &)> &resultado)
 {
-    const auto fotos = std::make_shared<QList<FotoDelCarrete>>();
+    const auto listado = std::make_shared<CarreteListado>();
     const auto sinMirar = std::make_shared<qint64>(0);
-    const auto alAvisar = [&tarea, fotos, sinMirar](const Motor::Aviso &aviso) {
+    const auto alAvisar = [&tarea, listado, sinMirar](const Motor::Aviso &aviso) {
         if (aviso.tipo == "carrete"_L1) {
             for (const auto &una : aviso.datos["lista"_L1].toArray())
-                *fotos << FotoDelCarrete::deJson(una.toObject());
+                listado->fotos << FotoDelCarrete::deJson(una.toObject());
+            listado->alQuitarLaLista = aviso.texto("al_quitar_lista"_L1).value_or(QString());
             *sinMirar = numero(aviso, "sin_mirar"_L1);
-            tarea.ponDetalle(u"%1 archivos en el carrete"_s.arg(fotos->size()) +
+            tarea.ponDetalle(u"%1 archivos en el carrete"_s.arg(listado->fotos.size()) +
                              (*sinMirar > 0 ? u"; hay carpetas que el iPhone no deja mirar"_s : QString()));
         } else if (aviso.tipo == "error"_L1) {
             tarea.apunta(aviso.texto("motivo"_L1).value_or(QString()));
         }
     };
     tarea.lanzarMotorPublico({u"listar-carrete"_s, udid, carpetaLocal}, u"Leyendo el carrete"_s, false, alAvisar,
-                             [&tarea, fotos, sinMirar, resultado](int codigo) {
-                                 const bool leido = codigo == 0 && (*sinMirar == 0 || !fotos->isEmpty());
+                             [&tarea, listado, sinMirar, resultado](int codigo) {
+                                 const bool leido = codigo == 0 && (*sinMirar == 0 || !listado->fotos.isEmpty());
                                  if (leido)
-                                     resultado(*fotos);
+                                     resultado(*listado);
                                  tarea.cerrar(leido);
                              });
 }

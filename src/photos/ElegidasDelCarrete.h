@@ -11,13 +11,18 @@
 namespace vellora
 {
 
+struct CarreteListado {
+    QList<FotoDelCarrete> fotos;
+    QString alQuitarLaLista; ///< what losing the phone's list means for photos that stay; empty when there are none
+};
 /// `resultado` gets the roll once it has been read; it is not called when it could not be, nor when the phone showed no
 /// photo and refused to show some folder. Folders that it kept back beside what it showed are told in the log.
 void listarCarrete(Tarea &tarea, const QString &udid, const QString &carpetaLocal,
-                   const std::function<void(const QList<FotoDelCarrete> &)> &resultado);
+                   const std::function<void(const CarreteListado &)> &resultado);
 void copiarElegidas(Tarea &tarea, const QString &udid, const QStringList &rutas, const QString &destino);
-/// What the owner is asked before: so many photos of so many bytes, some of them not copied.
-QString preguntaDeBorrarElegidas(qint64 cuantos, qint64 peso, qint64 sinCopiar);
+/// What the owner is asked before: so many photos of so many bytes, some of them not copied. `alQuitarLaLista` as
+/// above.
+QString preguntaDeBorrarElegidas(qint64 cuantos, qint64 peso, qint64 sinCopiar, const QString &alQuitarLaLista = {});
 /// What the owner agreed to delete, with what was said of it.
 struct ElegidasParaBorrar {
     QStringList rutas;

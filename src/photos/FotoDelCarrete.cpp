@@ -38,6 +38,7 @@ FotoDelCarrete FotoDelCarrete::deJson(const QJsonObject &objeto)
     foto.tipo = objeto["tipo"_L1].toString();
     foto.elemento = objeto["elemento"_L1].toString(foto.ruta);
     foto.copiado = objeto["copiado"_L1].toBool();
+    foto.soloSeCopia = objeto["solo_se_copia"_L1].toBool();
     foto.estado = objeto["estado"_L1].toString(u"visible"_s);
     return foto;
 }

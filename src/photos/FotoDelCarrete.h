@@ -21,6 +21,7 @@ struct FotoDelCarrete {
     QString elemento; ///< the same for all files of one photo
     bool copiado = false;
     QString estado = QStringLiteral("visible"); ///< or "oculta", "papelera"
+    bool soloSeCopia = false;                   ///< kept outside of the roll: never deleted
 
     /// Of an element of the engine's notice "carrete"; without a state it is visible.
     static FotoDelCarrete deJson(const QJsonObject &objeto);
@@ -42,6 +43,8 @@ struct ElementoGaleria {
     bool retocada() const;
     /// Each of its files is on the computer.
     bool copiado() const;
+    /// It cannot be deleted from here.
+    bool soloSeCopia() const { return principal.soloSeCopia; }
     bool enPapelera() const { return principal.estado == u"papelera"; }
     bool oculta() const { return principal.estado == u"oculta"; }
     qint64 bytes() const;

@@ -67,6 +67,8 @@ void Fotos::preguntarPorLiberar(const QString &udid, const PlanLiberar &plan)
     auto texto = u"Se borrarán %1 archivos y recuperarás %2."_s.arg(plan.archivos).arg(Formato::tamano(plan.bytes));
     if (plan.sinCopiar > 0)
         texto += u"\n\nOtros %1 se quedan porque NO están copiados."_s.arg(plan.sinCopiar);
+    if (!plan.alQuitarLaLista.isEmpty())
+        texto += u"\n\n⚠️ "_s + plan.alQuitarLaLista;
     const auto suCarpeta = carpeta();
     const auto otraCarpeta = [this, suCarpeta]() -> std::optional<QString> {
         if (carpeta() == suCarpeta)

@@ -86,7 +86,8 @@ void planDeLiberacion(Tarea &tarea, const QString &udid, const QString &carpetaF
         if (aviso.tipo != "plan"_L1)
             return contarError(tarea, aviso);
         const PlanLiberar plan{aviso.entero("a_borrar"_L1).value_or(0), aviso.entero("se_quedan"_L1).value_or(0),
-                               aviso.entero("bytes"_L1).value_or(0)};
+                               aviso.entero("bytes"_L1).value_or(0),
+                               aviso.texto("al_quitar_lista"_L1).value_or(QString())};
         tarea.ponDetalle(u"%1 archivos se pueden borrar sin riesgo"_s.arg(plan.archivos));
         resultado(plan);
     };

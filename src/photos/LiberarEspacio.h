@@ -16,6 +16,7 @@ struct PlanLiberar {
     qint64 archivos = 0;
     qint64 sinCopiar = 0; ///< those that stay because they are not copied
     qint64 bytes = 0;
+    QString alQuitarLaLista; ///< what losing the phone's list means for photos that stay; empty when there are none
 };
 
 /// Changes nothing. `resultado` gets the numbers; it is not called when they cannot be had.

@@ -98,14 +98,15 @@ void SeleccionFotos::leer()
         return;
     const auto suyo = elegido->id;
     carpeta = modelo.carpetaFotos();
-    const auto recibir = [this, suyo](const QList<FotoDelCarrete> &fotos) {
+    const auto recibir = [this, suyo](const CarreteListado &listado) {
         if (!abierta_ || !modelo.seleccionado() || modelo.seleccionado()->id != suyo)
             return;
         udid = suyo;
+        alQuitarLaLista = listado.alQuitarLaLista;
         galeria.preparar(udid, modelo.carpetaFotos());
         enSegundoPlano(
             this,
-            [fotos, suyo] {
+            [fotos = listado.fotos, suyo] {
                 Galeria::podar(suyo, fotos);
                 return std::make_shared<const Elementos>(agrupar(fotos));
             },
@@ -168,7 +169,7 @@ const ElementoGaleria *SeleccionFotos::elemento(int fila) const
 
 void SeleccionFotos::ponMarca(const ElementoGaleria &uno, bool puesta)
 {
-    if (puesta == marcados.contains(uno.id))
+    if (puesta == marcados.contains(uno.id) || uno.soloSeCopia())
         return;
     if (puesta)
         marcados << uno.id;
@@ -184,6 +185,9 @@ void SeleccionFotos::marcar(int fila)
     const auto *uno = elemento(fila);
     if (uno == nullptr)
         return;
+    if (uno->soloSeCopia())
+        return consentimiento.avisar(u"Esa foto la guarda el iPhone fuera de su carrete. Se copia como las demás, pero "
+                                     "no se puede borrar desde aquí."_s);
     ponMarca(*uno, !marcados.contains(uno->id));
     emit dataChanged(index(fila), index(fila), {PapelMarcada});
     emit marcasCambio();
@@ -234,8 +238,9 @@ void SeleccionFotos::pedirBorrar()
         return u"No he borrado nada: lo que está marcado ya no es lo mismo que cuando te pregunté."_s;
     };
     consentimiento.plantear({u"¿Borrar del iPhone lo que has marcado?"_s,
-                             preguntaDeBorrarElegidas(marcados.size(), peso, sinCopiar), u"Borrar del iPhone"_s,
-                             u"No borrar nada"_s, Cerradura::BorrarFotos, udid, otras, [this, elegidas] {
+                             preguntaDeBorrarElegidas(marcados.size(), peso, sinCopiar, alQuitarLaLista),
+                             u"Borrar del iPhone"_s, u"No borrar nada"_s, Cerradura::BorrarFotos, udid, otras,
+                             [this, elegidas] {
                                  borrar(elegidas);
                              }});
 }

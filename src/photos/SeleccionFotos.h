@@ -122,6 +122,7 @@ private:
     int sinCopiar = 0;
     QString udid;    ///< of the phone whose roll this is
     QString carpeta; ///< that it was compared with
+    QString alQuitarLaLista;
     QString filtro_;
     QString orden_ = QStringLiteral("nombre");
     QString busqueda_;

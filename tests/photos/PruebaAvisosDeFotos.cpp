@@ -373,7 +373,7 @@ void PruebaAvisosDeFotos::lista()
         {R"({"tipo":"carrete","lista":[{"ruta":"/DCIM/a","bytes":5,"copiado":true,"estado":"oculta","elemento":"e"}]})",
          R"({"tipo":"carrete","lista":[{"ruta":"/DCIM/b"},{}]})"});
     QList<FotoDelCarrete> fotos;
-    listarCarrete(tarea, u"U"_s, u"/fotos"_s, [&](const QList<FotoDelCarrete> &leidas) { fotos = leidas; });
+    listarCarrete(tarea, u"U"_s, u"/fotos"_s, [&](const CarreteListado &leido) { fotos = leido.fotos; });
     QVERIFY(acaba());
     QCOMPARE(fotos.size(), 3);
     QVERIFY(fotos[0].copiado && fotos[0].estado == u"oculta" && fotos[0].bytes == 5);
@@ -382,7 +382,7 @@ void PruebaAvisosDeFotos::lista()
     // A list that was cut off is none.
     fotos.clear();
     dira({R"({"tipo":"carrete","lista":[{"ruta":"/DCIM/a"}]})"}, 1);
-    listarCarrete(tarea, u"U"_s, u"/fotos"_s, [&](const QList<FotoDelCarrete> &leidas) { fotos = leidas; });
+    listarCarrete(tarea, u"U"_s, u"/fotos"_s, [&](const CarreteListado &leido) { fotos = leido.fotos; });
     QVERIFY(acaba() && fotos.isEmpty());
 }
 

@@ -67,7 +67,7 @@ int listar(const OpcionesDeOrden &opciones)
     const auto fotos = std::make_shared<QList<FotoDelCarrete>>();
     const auto empezar = [&opciones, fotos](Modelo &modelo, const QString &udid) {
         listarCarrete(modelo.tarea(), udid, carpetaDe(opciones, modelo),
-                      [fotos](const QList<FotoDelCarrete> &leidas) { *fotos = leidas; });
+                      [fotos](const CarreteListado &leido) { *fotos = leido.fotos; });
     };
     const auto decir = [&opciones, fotos] {
         QJsonArray lista;

@@ -4,7 +4,7 @@
 #include "core/Plist.h"
 #include "engine/DeLaCopia.h"
 #include "engine/Interrupcion.h"
-#include "engine/roll/BaseDeFotos.h"
+#include "engine/roll/SinCopia.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <sys/stat.h>
+#include <unordered_map>
 #include <unordered_set>
 
 using namespace Qt::StringLiterals;
@@ -66,7 +67,7 @@ std::optional<PorRuta> faltanEn(const CopiaAbierta &copia, const Carrete &carret
 {
     PorRuta faltan;
     for (const auto &fichero : carrete.ficheros)
-        faltan.emplace(fichero.ruta.toStdString(), &fichero);
+        faltan.emplace(bytesDeRuta(fichero.ruta).toStdString(), &fichero);
     const bool leida = copia.porCadaFichero([&](const CopiaAbierta::Entrada &entrada) {
         constexpr QByteArrayView media("Media/");
         if (entrada.dominio != "CameraRollDomain" || !entrada.ruta.startsWith(media) || entrada.id.size() < 2 ||
@@ -90,19 +91,10 @@ qint64 contarEnteras(const Carrete &carrete, const PorRuta &faltan)
         const auto suya = elementoDe(fichero.relativa).toStdString();
         if (tipoDe(fichero.relativa) != TipoDeFichero::Ajustes)
             todas.insert(suya);
-        if (faltan.count(fichero.ruta.toStdString()) != 0)
+        if (faltan.count(bytesDeRuta(fichero.ruta).toStdString()) != 0)
             rotas.insert(suya);
     }
     return std::count_if(todas.begin(), todas.end(), [&](const auto &una) { return rotas.count(una) == 0; });
-}
-
-qint64 contarSoloEnICloud(Afc &afc, const Carrete &carrete)
-{
-    auto base = leerBaseDeFotos(afc).value_or(BaseDeFotos());
-    for (const auto &fichero : carrete.ficheros)
-        base.erase(fichero.relativa.toStdString());
-    return std::count_if(base.begin(), base.end(),
-                         [](const auto &una) { return una.second != EstadoDeFoto::Papelera; });
 }
 
 } // namespace
@@ -142,7 +134,11 @@ Resultado<CarreteEnCopia> buscarEnLaCopia(const QString &udid, const QString &co
     hallado.fecha = QFileInfo(carpeta + u"/Manifest.db"_s).lastModified().toSecsSinceEpoch();
     hallado.fotos = contarEnteras(carrete, *faltan);
     hallado.faltan = static_cast<qint64>(faltan->size());
-    hallado.soloICloud = contarSoloEnICloud(conexiones.primera(), carrete);
+    if (const auto lista = leerListaDeFotos(conexiones.primera())) {
+        const auto fuera = contarSinCopia(*lista, carrete);
+        hallado.soloICloud = fuera.soloICloud;
+        hallado.alQuitarLaLista = fuera.alQuitarLaLista().value_or(QString());
+    }
     return hallado;
 }
 

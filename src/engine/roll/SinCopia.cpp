@@ -67,4 +67,10 @@ std::optional<QString> SinCopia::alQuitarLaLista() const
            "y las que no encuentre dejarán de verse en él."_s.arg(cuantas);
 }
 
+QString alQuitarLaLista(Afc &afc, const Carrete &carrete)
+{
+    const auto lista = leerListaDeFotos(afc);
+    return lista ? contarSinCopia(*lista, carrete).alQuitarLaLista().value_or(QString()) : QString();
+}
+
 } // namespace vellora::motor

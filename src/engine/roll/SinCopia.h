@@ -22,5 +22,7 @@ struct SinCopia {
     std::optional<QString> alQuitarLaLista() const;
 };
 SinCopia contarSinCopia(const ListaDeFotos &lista, const Carrete &carrete);
+/// `SinCopia::alQuitarLaLista` of the phone's list; empty when nothing is lost with it, or the list cannot be read.
+QString alQuitarLaLista(Afc &afc, const Carrete &carrete);
 
 } // namespace vellora::motor
