@@ -219,10 +219,11 @@ void PruebaFotosReales::borradoQueSePara()
     const auto antes = enElTelefono().size();
     seleccion.pedirBorrar();
     const auto lento = [this](int ms) {
-        return telefono->orden({{u"orden"_s, u"pausa"_s},
-                                {u"servicio"_s, u"com.apple.afc"_s},
-                                {u"ms"_s, ms},
-                                {u"veces"_s, 0}})[u"bien"_s]
+        return telefono
+            ->orden({{u"orden"_s, u"pausa"_s},
+                     {u"servicio"_s, u"com.apple.afc"_s},
+                     {u"ms"_s, ms},
+                     {u"veces"_s, 0}})[u"bien"_s]
             .toBool();
     };
     QVERIFY(lento(60));
