@@ -3,8 +3,11 @@
 #include "core/Ejecutor.h"
 #include "core/Herramientas.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QLocale>
+#include <QRegularExpression>
 #include <QSaveFile>
 #include <QStandardPaths>
 
@@ -17,43 +20,26 @@ namespace
 {
 
 constexpr double segundosDelSistema = 15.0;
+// A large phone over a slow cable takes a night.
+constexpr int horasDeLimite = 12;
 
+// The program itself does the rest; this only keeps from starting it where no phone is. A run that hangs is ended, and
+// has a minute to end in order.
 const auto plantilla = uR"sh(#!/bin/bash
 # Copia de seguridad automática de "Vellora".
 # Lo creó la app; se quita desde la propia app.
 REG="REGISTRO"
 DESTINO="DESTINO_RUTA"
 UDID="EL_UDID"
-fecha() { date "+%Y-%m-%d %H:%M"; }
 
 # ¿Está el iPhone conectado y despierto?
-if ! "INFO" -u "$UDID" -k DeviceName >/dev/null 2>&1; then
+if ! timeout 60 "INFO" -u "$UDID" -k DeviceName >/dev/null 2>&1; then
   exit 0    # no está: no se dice nada, ya se intentará luego
 fi
 
-# ¿Cuánto hace de la última copia?
-ULTIMA="$DESTINO/$UDID/Info.plist"
-if [ -f "$ULTIMA" ]; then
-  EDAD=$(( ( $(date +%s) - $(stat -c %Y "$ULTIMA") ) / 86400 ))
-  if [ "$EDAD" -lt DIAS ]; then
-    exit 0  # la de la semana pasada aún vale
-  fi
-fi
-
-echo "$(fecha)  Empiezo la copia automática" >> "$REG"
-if "BACKUP" -u "$UDID" backup "$DESTINO" >> "$REG" 2>&1; then
-  echo "$(fecha)  Copia terminada bien" >> "$REG"
-  notify-send "Vellora" "Tu iPhone ya tiene copia de seguridad al día." 2>/dev/null
-else
-  echo "$(fecha)  La copia falló (el iPhone pudo quedarse bloqueado)" >> "$REG"
-  notify-send "Vellora" "No pude hacer la copia. Desbloquea el iPhone y déjalo conectado." 2>/dev/null
-fi
+# Si toca ya o no, y si salió bien, lo mira el programa, igual que con la ventana abierta.
+exec timeout --kill-after=60 LIMITEh "VELLORA" copia --automatica --udid "$UDID" --a "$DESTINO" >> "$REG" 2>&1
 )sh"_s;
-
-QString carpetaDeApoyo()
-{
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/Vellora"_s;
-}
 
 QString rutaDelRegistro()
 {
@@ -105,6 +91,11 @@ QString sistema(const QStringList &orden)
 
 } // namespace
 
+QString carpetaDeApoyo()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/Vellora"_s;
+}
+
 const QString &etiqueta()
 {
     static const auto nombre = u"es.zarabel.vellora.copia"_s;
@@ -122,20 +113,49 @@ QString registro()
     return fichero.open(QIODevice::ReadOnly) ? QString::fromUtf8(fichero.readAll()) : QString();
 }
 
+QString ultimoResultado()
+{
+    static const QRegularExpression forma(u"^(\\d{4}-\\d\\d-\\d\\d) (\\d\\d:\\d\\d)  (.*)$"_s);
+    QString frase;
+    QString razon;
+    QString cuando;
+    const auto lineas = registro().split(u'\n', Qt::SkipEmptyParts);
+    for (const auto &linea : lineas) {
+        const auto hallado = forma.match(linea);
+        if (!hallado.hasMatch()) {
+            if (frase == fraseDeEmpezar())
+                razon = linea;
+            continue;
+        }
+        frase = hallado.captured(3);
+        const auto dia = QDate::fromString(hallado.captured(1), Qt::ISODate);
+        cuando = u"el %1 a las %2"_s.arg(QLocale(QLocale::Spanish).toString(dia, u"d MMM"_s), hallado.captured(2));
+    }
+    if (frase == fraseDeBien())
+        return u"La última, %1, terminó bien."_s.arg(cuando);
+    if (frase == fraseDeSinComprobar())
+        return u"La última, %1, terminó, pero no se pudo comprobar."_s.arg(cuando);
+    if (frase == fraseDeFallo())
+        return u"La última, %1, no se pudo completar. %2"_s.arg(cuando, razon).trimmed();
+    if (frase == fraseDeEmpezar())
+        return u"La última empezó %1 y no consta que acabara."_s.arg(cuando);
+    return {};
+}
+
 QString rutaDelGuion()
 {
     return carpetaDeApoyo() + u"/copia-automatica.sh"_s;
 }
 
-QString guion(const QString &udid, const QString &destino, const QString &info, const QString &herramienta)
+QString guion(const QString &udid, const QString &destino, const QString &info, const QString &programa)
 {
     auto texto = plantilla;
     // The numbers first: what comes from outside could hold a word of the template.
-    texto.replace("DIAS"_L1, QString::number(diasEntreCopias));
+    texto.replace("LIMITE"_L1, QString::number(horasDeLimite));
     const QList<QPair<QString, QString>> huecos{{u"\"REGISTRO\""_s, rutaDelRegistro()},
                                                 {u"\"EL_UDID\""_s, udid},
                                                 {u"\"INFO\""_s, info},
-                                                {u"\"BACKUP\""_s, herramienta},
+                                                {u"\"VELLORA\""_s, programa},
                                                 {u"\"DESTINO_RUTA\""_s, destino}};
     for (const auto &[hueco, valor] : huecos)
         texto.replace(hueco, u'"' + entreComillas(valor) + u'"');
@@ -167,13 +187,13 @@ QString temporizador(qint64 cadaHoras)
 
 std::optional<QString> activar(const QString &udid, const QString &destino, qint64 cadaHoras)
 {
-    const auto &herramienta = Herramientas::idevicebackup2();
     const auto &info = Herramientas::ideviceInfo();
-    if (!herramienta || !info)
+    if (!Herramientas::idevicebackup2() || !info)
         return u"No encuentro las herramientas del iPhone."_s;
     QDir().mkpath(carpetaDeApoyo());
     QDir().mkpath(carpetaDeUnidades());
-    if (const auto fallo = escribir(rutaDelGuion(), guion(udid, destino, *info, *herramienta)))
+    if (const auto fallo =
+            escribir(rutaDelGuion(), guion(udid, destino, *info, QCoreApplication::applicationFilePath())))
         return u"No pude escribir el encargo: "_s + *fallo;
     constexpr auto leeYEjecuta = QFile::ReadGroup | QFile::ExeGroup | QFile::ReadOther | QFile::ExeOther;
     QFile::setPermissions(rutaDelGuion(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | leeYEjecuta);

@@ -30,8 +30,8 @@ constexpr size_t trozo = 1 << 20;
 
 using AlVer = std::function<bool(int carpeta, const char *nombre, const struct stat &ficha)>;
 
-/// Calls `ver` for each entry of a folder; stops at the first that it refuses. False then, and when the folder cannot be
-/// read to its end.
+/// Calls `ver` for each entry of a folder; stops at the first that it refuses. False then, and when the folder cannot
+/// be read to its end.
 bool porCadaEntrada(int carpeta, const AlVer &ver)
 {
     const std::unique_ptr<DIR, int (*)(DIR *)> lista(fdopendir(openat(carpeta, ".", soloCarpeta)), &closedir);

@@ -11,15 +11,15 @@
 namespace vellora::CarpetaDeCopias
 {
 
-/// Opens the folder and locks it for this process; invalid when another one, or another descriptor of this one, holds it
-/// for longer than `segundos`. A file system that knows no locks gives the folder unlocked.
+/// Opens the folder and locks it for this process; invalid when another one, or another descriptor of this one, holds
+/// it for longer than `segundos`. A file system that knows no locks gives the folder unlocked.
 Descriptor tomar(const QString &copias, int segundos);
 
 /// Opens a folder inside another; invalid when it is missing, a link or no folder.
 Descriptor dentro(int carpeta, const QByteArray &nombre);
 
-/// Makes the folder `nueva` in `padre` a twin of a backup: each file of its subfolders becomes a second name of the same
-/// bytes, the files at its top (the list, its logs and the property lists, which are written in place) are copied.
+/// Makes the folder `nueva` in `padre` a twin of a backup: each file of its subfolders becomes a second name of the
+/// same bytes, the files at its top (the list, its logs and the property lists, which are written in place) are copied.
 /// `menos`: a name at the top that is left out. False when any of it could not be made.
 bool hacerGemela(int vieja, int padre, const QByteArray &nueva, const QByteArray &menos);
 

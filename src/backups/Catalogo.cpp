@@ -46,14 +46,16 @@ std::optional<QDateTime> fechaDe(const QString &copia)
 
 std::optional<QDateTime> fechaDeLaUltimaCopia(const QString &carpeta, const std::optional<QString> &udid)
 {
-    if (udid) {
-        if (auto fecha = fechaDe(carpeta + u'/' + *udid))
-            return fecha;
-    }
+    const auto fechaQueVale = [](const QString &copia) {
+        const auto estado = estadoDe(copia);
+        return estado.clase == Clase::Entera ? estado.fecha : std::nullopt;
+    };
+    if (udid)
+        return fechaQueVale(carpeta + u'/' + *udid);
     std::optional<QDateTime> ultima;
-    QDirIterator entradas(carpeta, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    QDirIterator entradas(carpeta, QDir::Dirs | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
     while (entradas.hasNext()) {
-        const auto fecha = fechaDe(entradas.next());
+        const auto fecha = fechaQueVale(entradas.next());
         if (fecha && (!ultima || *fecha > *ultima))
             ultima = fecha;
     }
@@ -93,6 +95,29 @@ std::optional<QString> aviso(std::optional<qint64> dias)
     if (*dias < diasParaAvisar)
         return {};
     return u"La última copia de seguridad es de hace %1 días."_s.arg(*dias);
+}
+
+QString haceDias(qint64 dias)
+{
+    if (dias < 1)
+        return u"hoy"_s;
+    return dias == 1 ? u"hace 1 día"_s : u"hace %1 días"_s.arg(dias);
+}
+
+std::optional<QString> aviso(const Estado &estado, const QDateTime &ahora)
+{
+    const auto dias = diasDesde(estado.fecha, ahora);
+    switch (estado.clase) {
+    case Clase::Inacabada:
+        return u"La copia de seguridad de este iPhone quedó a medias y no sirve para recuperar nada. Haz una nueva."_s;
+    case Clase::SinComprobar:
+        return u"La copia de seguridad de este iPhone (%1) no está comprobada: no sé si está entera."_s.arg(
+            haceDias(dias.value_or(0)));
+    case Clase::NoHay:
+    case Clase::Entera:
+        break;
+    }
+    return aviso(dias);
 }
 
 } // namespace vellora::Catalogo

@@ -28,7 +28,8 @@ Estado estadoDe(const QString &copia);
 /// Modification date of one backup folder: of its "Manifest.db", else of its "Info.plist", else absent.
 std::optional<QDateTime> fechaDe(const QString &copia);
 
-/// Date of the backup of `udid`; without one (or without a UDID), the latest date of any entry of the folder.
+/// Date of the backup of `udid`; without a UDID, the latest date of any entry of the folder. Only a backup that is
+/// whole has one: finished, checked, and of the phone whose name it stands under.
 std::optional<QDateTime> fechaDeLaUltimaCopia(const QString &carpeta, const std::optional<QString> &udid);
 
 /// Whole days from then to `ahora`, absent without a date.
@@ -37,7 +38,10 @@ std::optional<qint64> diasDesde(const std::optional<QDateTime> &fecha, const QDa
 /// First name in the listing's own order that has 21 characters or more and does not begin with ".".
 std::optional<QString> udidDeLaCopia(const QString &carpeta);
 
-/// The warning for the selected phone: none yet, or one of 14 days or more; absent otherwise.
+/// The warning for the selected phone: none yet, one of 14 days or more, or one that does not count; absent otherwise.
 std::optional<QString> aviso(std::optional<qint64> dias);
+std::optional<QString> aviso(const Estado &estado, const QDateTime &ahora);
+/// "hoy", "hace 1 día", "hace 21 días".
+QString haceDias(qint64 dias);
 
 } // namespace vellora::Catalogo

@@ -63,8 +63,7 @@ QJsonObject estadoDe(const QString &copia)
     return {{u"udid"_s, QFileInfo(copia).fileName()},
             {u"lista"_s, fichaDe(copia + u"/Manifest.db"_s)},
             {u"descripcion"_s, fichaDe(copia + u"/Manifest.plist"_s)},
-            {u"estado"_s,
-             QString::fromLatin1(QCryptographicHash::hash(estado, QCryptographicHash::Sha256).toHex())}};
+            {u"estado"_s, QString::fromLatin1(QCryptographicHash::hash(estado, QCryptographicHash::Sha256).toHex())}};
 }
 
 /// Whether the backup says itself that it is of another phone.

@@ -23,8 +23,8 @@ struct OpcionesDeCopia {
 ///
 /// The tool works in a folder of its own (`CopiaEnCurso`), so that the backup that was there stays as it is until the
 /// new one is known to be good. The tool's word is checked: a backup counts as made when the tool ends well and
-/// `comprobarCopia` finds nothing broken. A phone that leaves the cable ends the tool, which would otherwise wait for it
-/// for ever.
+/// `comprobarCopia` finds nothing broken. A phone that leaves the cable ends the tool, which would otherwise wait for
+/// it for ever.
 void copiaDeSeguridad(Tarea &tarea, const QString &udid, const QString &destino, const OpcionesDeCopia &opciones = {});
 
 } // namespace vellora

@@ -45,8 +45,8 @@ public:
     std::optional<qint64> libres() const;
 
     /// Puts the new backup, checked, in its place, with its note; the old one becomes an earlier one, or goes when none
-    /// is to be kept and the new one is known to be whole. False when it could not: the new one then waits in its folder
-    /// for the next start.
+    /// is to be kept and the new one is known to be whole. False when it could not: the new one then waits in its
+    /// folder for the next start.
     bool colocar(ComprobacionDeCopia::Veredicto veredicto);
 
     /// Ends what a program that was killed had begun here. Does nothing while another program is at work in the folder.

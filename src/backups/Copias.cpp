@@ -1,12 +1,14 @@
 #include "backups/Copias.h"
 
 #include "backups/ActivarCifrado.h"
-#include "backups/Catalogo.h"
-#include "backups/CopiaDeSeguridad.h"
+#include "backups/Comprobante.h"
+#include "backups/CopiaEnCurso.h"
+#include "backups/CopiasAnteriores.h"
+#include "core/SegundoPlano.h"
 #include "platform/Procesos.h"
 #include "session/Modelo.h"
 
-#include <QDateTime>
+#include <QDir>
 #include <QPointer>
 
 #include <utility>
@@ -23,6 +25,47 @@ Copias::Copias(Modelo &elModelo, HayClave preguntar, QObject *padre)
     connect(&modelo, &Modelo::cambioDeSesion, this, &Copias::cambio);
     connect(&modelo, &Modelo::refrescado, this, &Copias::cambio);
     connect(&modelo.tarea(), &Tarea::acabada, this, &Copias::cambio);
+    connect(&modelo, &Modelo::refrescado, this, &Copias::quizaComprobar);
+    recuperar();
+}
+
+/// What a killed program left of a backup, in the folder of any phone.
+void Copias::recuperar()
+{
+    const auto hacer = [raiz = QDir::homePath() + u"/Vellora"_s, guardadas = CopiasAnteriores::cuantas()] {
+        const auto telefonos = QDir(raiz).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+        for (const auto &uno : telefonos)
+            CopiaEnCurso::recuperar(raiz + u'/' + uno + u"/Copias de seguridad"_s, guardadas);
+        return true;
+    };
+    enSegundoPlano(this, hacer, [this](bool) { emit cambio(); });
+}
+
+/// A backup that carries no note of ours, of another tool or of an older version, is looked into once.
+void Copias::quizaComprobar()
+{
+    const auto &elegido = modelo.seleccionado();
+    const auto copia = elegido ? modelo.carpetaCopias() + u'/' + elegido->id : QString();
+    if (!elegido || mirando || modelo.tarea().enMarcha() || miradas.contains(copia) ||
+        Catalogo::estadoDe(copia).clase != Catalogo::Clase::SinComprobar || hayOtraCopiaEnMarcha())
+        return;
+    mirando = true;
+    miradas << copia;
+    emit cambio();
+    enSegundoPlano(
+        this, [copia] { return Comprobante::comprobarYApuntar(copia); },
+        [this, copia](const ComprobacionDeCopia &comprobacion) {
+            mirando = false;
+            if (comprobacion.rota())
+                rotas << copia;
+            emit cambio();
+        });
+}
+
+Catalogo::Estado Copias::estado() const
+{
+    const auto &elegido = modelo.seleccionado();
+    return elegido ? Catalogo::estadoDe(modelo.carpetaCopias() + u'/' + elegido->id) : Catalogo::Estado();
 }
 
 std::optional<QDateTime> Copias::fechaDeLaUltimaCopia() const
@@ -36,19 +79,32 @@ std::optional<qint64> Copias::diasDesdeLaCopia() const
     return Catalogo::diasDesde(fechaDeLaUltimaCopia(), QDateTime::currentDateTime());
 }
 
+std::optional<qint64> Copias::diasDesdeLaAcabada() const
+{
+    const auto suyo = estado();
+    const bool acabada = suyo.clase == Catalogo::Clase::Entera || suyo.clase == Catalogo::Clase::SinComprobar;
+    return acabada ? Catalogo::diasDesde(suyo.fecha, QDateTime::currentDateTime()) : std::nullopt;
+}
+
 QString Copias::avisoTexto() const
 {
-    return modelo.seleccionado() ? Catalogo::aviso(diasDesdeLaCopia()).value_or(QString()) : QString();
+    const auto &elegido = modelo.seleccionado();
+    if (!elegido)
+        return {};
+    auto suyo = estado();
+    if (suyo.clase == Catalogo::Clase::SinComprobar && mirando)
+        return {}; // it is known in a moment
+    if (suyo.clase == Catalogo::Clase::SinComprobar && rotas.contains(modelo.carpetaCopias() + u'/' + elegido->id))
+        suyo.clase = Catalogo::Clase::Inacabada;
+    return Catalogo::aviso(suyo, QDateTime::currentDateTime()).value_or(QString());
 }
 
 QString Copias::ultimaCopia() const
 {
-    const auto dias = diasDesdeLaCopia();
-    if (!dias)
-        return u"nunca"_s;
-    if (*dias < 1)
-        return u"hoy"_s;
-    return *dias == 1 ? u"hace 1 día"_s : u"hace %1 días"_s.arg(*dias);
+    if (const auto dias = diasDesdeLaCopia())
+        return Catalogo::haceDias(*dias);
+    const auto sinComprobar = diasDesdeLaAcabada();
+    return sinComprobar ? Catalogo::haceDias(*sinComprobar) + u", sin comprobar"_s : u"nunca"_s;
 }
 
 QString Copias::pieDeHacerCopia() const
@@ -66,6 +122,7 @@ void Copias::pedirCopia()
     auto &tarea = modelo.tarea();
     if (!elegido)
         return;
+    preguntaDeSitio_.clear();
     if (tarea.enMarcha())
         return tarea.apunta(u"Ya hay algo en marcha. Espera a que termine."_s);
     if (hayOtraCopiaEnMarcha()) {
@@ -82,11 +139,30 @@ void Copias::pedirCopia()
     empezar(elegido->id, u"La copia de seguridad de tu iPhone ha terminado."_s);
 }
 
-void Copias::empezar(const QString &udid, const QString &alAcabar)
+void Copias::empezar(const QString &udid, const QString &alAcabar, bool aunqueFalteSitio)
 {
-    copiaDeSeguridad(modelo.tarea(), udid, modelo.carpetaCopias());
+    OpcionesDeCopia opciones;
+    opciones.aunqueFalteSitio = aunqueFalteSitio;
+    opciones.alFaltarSitio = [yo = QPointer(this), udid](const QString &pregunta) {
+        if (!yo)
+            return;
+        yo->preguntaDeSitio_ = pregunta;
+        yo->udidDelSitio = udid;
+        emit yo->cambio();
+    };
+    copiaDeSeguridad(modelo.tarea(), udid, modelo.carpetaCopias(), opciones);
     if (modelo.tarea().enMarcha())
         emit copiaEmpezada(alAcabar);
+}
+
+void Copias::resolverSitio(bool aceptada)
+{
+    const bool pedida = !std::exchange(preguntaDeSitio_, {}).isEmpty();
+    emit cambio();
+    const auto &elegido = modelo.seleccionado();
+    if (aceptada && pedida && elegido && elegido->id == udidDelSitio && !modelo.tarea().enMarcha() &&
+        !hayOtraCopiaEnMarcha())
+        empezar(elegido->id, u"La copia de seguridad de tu iPhone ha terminado."_s, true);
 }
 
 bool Copias::claveVale() const

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "backups/Catalogo.h"
 #include "session/Dispositivo.h"
 
 #include <QDateTime>
 #include <QObject>
+#include <QSet>
 #include <QString>
 
 #include <functional>
@@ -24,6 +26,7 @@ class Copias : public QObject
     Q_PROPERTY(QString pieDeHacerCopia READ pieDeHacerCopia NOTIFY cambio)
     Q_PROPERTY(bool pidiendoClave READ pidiendoClave NOTIFY cambio)
     Q_PROPERTY(QString claveDeQuien READ claveDeQuien NOTIFY cambio)
+    Q_PROPERTY(QString preguntaDeSitio READ preguntaDeSitio NOTIFY cambio)
     Q_PROPERTY(QString clave MEMBER clave NOTIFY cambioDeClave)
     Q_PROPERTY(QString claveRepetida MEMBER claveRepetida NOTIFY cambioDeClave)
     Q_PROPERTY(bool claveVale READ claveVale NOTIFY cambioDeClave)
@@ -34,12 +37,16 @@ public:
 
     Copias(Modelo &modelo, HayClave hayClave, QObject *padre = nullptr);
 
-    /// Of the selected phone, or of the youngest backup of its folder; absent when there is none.
+    /// What may be believed of the selected phone's backup; without a phone, that there is none.
+    Catalogo::Estado estado() const;
+    /// Of the selected phone, or without one of the youngest in view; absent without a backup that counts.
     std::optional<QDateTime> fechaDeLaUltimaCopia() const;
     std::optional<qint64> diasDesdeLaCopia() const;
+    /// The same of a backup that has finished, checked or not: what need not be made again yet.
+    std::optional<qint64> diasDesdeLaAcabada() const;
     /// The warning strip's sentence; empty when the last backup is recent or no phone is selected.
     QString avisoTexto() const;
-    /// "hoy", "hace 1 día", "hace 21 días", or "nunca".
+    /// "hoy", "hace 1 día", "hace 21 días", or "nunca"; says so when it was not checked.
     QString ultimaCopia() const;
     /// What the backup will hold, under the button; empty when it is not known.
     QString pieDeHacerCopia() const;
@@ -55,6 +62,9 @@ public:
 
     /// The guarded entry for the owner's request of a full backup.
     Q_INVOKABLE void pedirCopia();
+    /// Why the last one was not begun for want of room, as a question; empty when that is not so.
+    QString preguntaDeSitio() const { return preguntaDeSitio_; }
+    Q_INVOKABLE void resolverSitio(bool aceptada);
     Q_INVOKABLE void abrirCarpeta();
 
     /// True when any process of the computer makes a backup with idevicebackup2, whatever phone it serves.
@@ -67,11 +77,18 @@ signals:
     void cambioDeClave();
 
 private:
-    void empezar(const QString &udid, const QString &alAcabar);
+    void empezar(const QString &udid, const QString &alAcabar, bool aunqueFalteSitio = false);
+    void recuperar();
+    void quizaComprobar();
     void olvidarClaveDeOtro();
 
     Modelo &modelo;
     HayClave hayClave;
+    QSet<QString> miradas; ///< backups of others, or of older versions, that were looked into since the start
+    QSet<QString> rotas;   ///< those among them that are not whole
+    bool mirando = false;
+    QString preguntaDeSitio_;
+    QString udidDelSitio; ///< of the phone that the question is about
     std::optional<Dispositivo> claveDe; ///< while the question for a password is open
     QString clave;                      ///< typed words, empty unless the question is open
     QString claveRepetida;

@@ -7,6 +7,8 @@
 #include "core/SegundoPlano.h"
 #include "session/Modelo.h"
 
+#include <QDateTime>
+
 using namespace Qt::StringLiterals;
 
 namespace vellora
@@ -16,21 +18,51 @@ namespace
 {
 
 const auto claveCopiaAuto = u"copiaAutomaticaAlEnchufar"_s;
+constexpr qint64 segundosEntreIntentos = 86400;
 
+/// Name of the setting that keeps when a phone's backup was last begun without being asked for.
+QString claveDelIntento(const QString &udid)
+{
+    return u"ultimaCopiaAlEnchufar-"_s + udid;
 }
+
+bool intentadaHoy(const QString &udid)
+{
+    const auto intento = QDateTime::fromString(Preferencias::texto(claveDelIntento(udid)), Qt::ISODate);
+    const auto pasados = intento.secsTo(QDateTime::currentDateTimeUtc());
+    return intento.isValid() && pasados >= 0 && pasados < segundosEntreIntentos;
+}
+
+} // namespace
 
 CopiasAutomaticas::CopiasAutomaticas(Modelo &elModelo, Copias &lasCopias, QObject *padre)
     : QObject(padre), modelo(elModelo), copias(lasCopias), semanal_(Automatico::activa())
 {
     connect(&copias, &Copias::cambio, this, &CopiasAutomaticas::cambio);
+    // Its own, or one that the owner made: a good end takes the word back.
+    connect(&modelo.tarea(), &Tarea::acabada, this, [this] {
+        if (copias.diasDesdeLaAcabada().value_or(1) < 1)
+            avisoAlEnchufar_.clear();
+        emit cambio();
+    });
 }
 
 QString CopiasAutomaticas::edad() const
 {
-    const auto dias = copias.diasDesdeLaCopia();
+    const auto comprobada = copias.diasDesdeLaCopia();
+    const auto dias = comprobada ? comprobada : copias.diasDesdeLaAcabada();
     if (!dias)
         return {};
-    return *dias < 1 ? u"Última copia: hoy"_s : u"Última copia: hace %1 días"_s.arg(*dias);
+    return (*dias < 1 ? u"Última copia: hoy"_s : u"Última copia: hace %1 días"_s.arg(*dias)) +
+           (comprobada ? QString() : u", sin comprobar"_s);
+}
+
+void CopiasAutomaticas::mirarSemanal()
+{
+    enSegundoPlano(this, &Automatico::ultimoResultado, [this](const QString &resultado) {
+        ultimaSemanal_ = resultado;
+        emit cambio();
+    });
 }
 
 void CopiasAutomaticas::ponSemanal(bool encendida)
@@ -87,10 +119,26 @@ void CopiasAutomaticas::quizaCopiaAutomatica(const Dispositivo &iphone)
     if (!alEnchufar() || !modelo.esConocido(iphone.id) || modelo.tarea().enMarcha() ||
         yaAutoCopiados.contains(iphone.id))
         return;
-    const auto dias = copias.diasDesdeLaCopia();
+    const auto dias = copias.diasDesdeLaAcabada();
+    if (dias && *dias < 1) {
+        yaAutoCopiados << iphone.id;
+        return;
+    }
+    if (intentadaHoy(iphone.id)) {
+        // Each time that it is plugged in would be an hour of work that comes to nothing again.
+        yaAutoCopiados << iphone.id;
+        avisoAlEnchufar_ =
+            u"La última copia automática no se completó. No la repito sola hasta que pase un día; puedes "
+            "hacerla tú cuando quieras."_s;
+        emit cambio();
+        return;
+    }
+    if (Copias::hayOtraCopiaEnMarcha())
+        return; // both would fail
     yaAutoCopiados << iphone.id;
-    if (!dias || *dias >= 1)
-        copiaDeSeguridad(modelo.tarea(), iphone.id, modelo.carpetaCopias() + u'/' + iphone.id);
+    avisoAlEnchufar_.clear();
+    Preferencias::ponTexto(claveDelIntento(iphone.id), QDateTime::currentDateTimeUtc().toString(Qt::ISODate));
+    copiaDeSeguridad(modelo.tarea(), iphone.id, modelo.carpetaCopias());
 }
 
 } // namespace vellora

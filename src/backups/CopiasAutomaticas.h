@@ -24,6 +24,8 @@ class CopiasAutomaticas : public QObject
     Q_PROPERTY(bool alEnchufar READ alEnchufar NOTIFY cambio)
     Q_PROPERTY(QString edad READ edad NOTIFY cambio)
     Q_PROPERTY(QString aviso READ aviso NOTIFY cambio)
+    Q_PROPERTY(QString ultimaSemanal READ ultimaSemanal NOTIFY cambio)
+    Q_PROPERTY(QString avisoAlEnchufar READ avisoAlEnchufar NOTIFY cambio)
 
 public:
     CopiasAutomaticas(Modelo &elModelo, Copias &lasCopias, QObject *padre = nullptr);
@@ -35,6 +37,11 @@ public:
     QString edad() const;
     /// What came of the last switch of the weekly one; empty when there is nothing to say.
     QString aviso() const { return aviso_; }
+    /// What came of the last weekly one; empty when none ran. Read anew by `mirarSemanal`.
+    QString ultimaSemanal() const { return ultimaSemanal_; }
+    Q_INVOKABLE void mirarSemanal();
+    /// Why plugging the phone in starts no backup today; empty when there is nothing to say.
+    QString avisoAlEnchufar() const { return avisoAlEnchufar_; }
     /// For the selected phone; without one nothing changes.
     Q_INVOKABLE void ponSemanal(bool encendida);
 
@@ -56,6 +63,8 @@ private:
     bool semanal_;
     bool ocupada_ = false;
     QString aviso_;
+    QString ultimaSemanal_;
+    QString avisoAlEnchufar_;
     QSet<QString> yaAutoCopiados; ///< UDIDs weighed since they were plugged in
 };
 

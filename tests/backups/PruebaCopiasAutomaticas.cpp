@@ -23,6 +23,7 @@ private slots:
     void apagadaNoHaceNada();
     void unDesconocidoNo();
     void unaVezPorEnchufe();
+    void laQueFallaNoSeRepiteACadaEnchufe();
     void conTrabajoEnMarchaNo();
     void conCopiaDeHoyNo();
     void laEdadEnPalabras();
@@ -43,6 +44,13 @@ private:
                 QTRY_VERIFY_WITH_TIMEOUT(!modelo->tarea().enMarcha(), 20000);
             }();
         return si;
+    }
+    void pasaUnDia()
+    {
+        const auto clave = u"ultimaCopiaAlEnchufar-"_s + iphone.id;
+        const auto cuando = QDateTime::fromString(Preferencias::texto(clave), Qt::ISODate);
+        QVERIFY(cuando.isValid());
+        Preferencias::ponTexto(clave, cuando.addSecs(-86401).toString(Qt::ISODate));
     }
     void ponerCopia(int dias)
     {
@@ -66,6 +74,7 @@ void PruebaCopiasAutomaticas::init()
     iphone.nombre = u"iPhone de nadie"_s;
     QDir(QDir::homePath() + u"/Vellora"_s).removeRecursively();
     Preferencias::ponLista(u"iPhonesConocidos"_s, {iphone.id});
+    Preferencias::ponTexto(u"ultimaCopiaAlEnchufar-"_s + iphone.id, {});
     modelo = std::make_unique<Modelo>();
     copias = std::make_unique<Copias>(*modelo, [](const QString &) { return true; });
     automaticas = std::make_unique<CopiasAutomaticas>(*modelo, *copias);
@@ -98,7 +107,7 @@ void PruebaCopiasAutomaticas::unDesconocidoNo()
 void PruebaCopiasAutomaticas::unaVezPorEnchufe()
 {
     enchufar({iphone});
-    QCOMPARE(modelo->tarea().carpetaResultado(), modelo->carpetaCopias() + u'/' + iphone.id);
+    QCOMPARE(modelo->tarea().carpetaResultado(), modelo->carpetaCopias()); // where it is looked for later
     QVERIFY(empezo());
     enchufar({iphone}); // the next tick
     QVERIFY(!empezo());
@@ -110,9 +119,38 @@ void PruebaCopiasAutomaticas::unaVezPorEnchufe()
     modelo->seleccionar(iphone.id);
     enchufar({otro, iphone});
     QVERIFY(!empezo());
+}
+
+void PruebaCopiasAutomaticas::laQueFallaNoSeRepiteACadaEnchufe()
+{
+    enchufar({iphone});
+    QVERIFY(automaticas->avisoAlEnchufar().isEmpty());
+    QVERIFY(empezo());
+    for (int vez = 0; vez < 3; ++vez) {
+        enchufar({});
+        enchufar({iphone});
+        QVERIFY(!empezo());
+    }
+    QVERIFY(automaticas->avisoAlEnchufar().contains(u"no se completó"_s));
+    // The next start of the program knows of it too.
+    automaticas = std::make_unique<CopiasAutomaticas>(*modelo, *copias);
+    enchufar({});
+    enchufar({iphone});
+    QVERIFY(!empezo());
+    pasaUnDia();
     enchufar({});
     enchufar({iphone});
     QVERIFY(empezo());
+    // A cancelled one is not begun again either.
+    pasaUnDia();
+    enchufar({});
+    enchufar({iphone});
+    QVERIFY(modelo->tarea().enMarcha());
+    modelo->tarea().cancelar();
+    QTest::qWait(300);
+    enchufar({});
+    enchufar({iphone});
+    QVERIFY(!empezo());
 }
 
 void PruebaCopiasAutomaticas::conTrabajoEnMarchaNo()
@@ -146,9 +184,9 @@ void PruebaCopiasAutomaticas::laEdadEnPalabras()
     automaticas->ponAlEnchufar(false);
     enchufar({iphone});
     ponerCopia(0);
-    QCOMPARE(automaticas->edad(), u"Última copia: hoy"_s);
+    QCOMPARE(automaticas->edad(), u"Última copia: hoy, sin comprobar"_s);
     ponerCopia(3);
-    QCOMPARE(automaticas->edad(), u"Última copia: hace 3 días"_s);
+    QCOMPARE(automaticas->edad(), u"Última copia: hace 3 días, sin comprobar"_s);
 }
 
 QTEST_GUILESS_MAIN(PruebaCopiasAutomaticas)

@@ -1,5 +1,8 @@
 #include "backups/Automatico.h"
+#include "backups/CarpetaDeCopias.h"
 #include "backups/Catalogo.h"
+#include "backups/Comprobante.h"
+#include "backups/CopiasAnteriores.h"
 #include "support/TelefonoSimulado.h"
 
 #include <QDateTime>
@@ -23,7 +26,10 @@ private slots:
     void copiaCuandoToca();
     void laEdadDecide_data();
     void laEdadDecide();
+    void laMediaNoCuenta();
+    void soloLoQueCambioSobreUnaGemela();
     void copiaQueFalla();
+    void laQueSeCuelgaSeAcaba();
     void lasUnidadesValen();
     void encenderYApagar();
     void elSistemaNoQuiere();
@@ -35,12 +41,23 @@ private:
         QDir().mkpath(QFileInfo(fichero).path());
         if (!fichero.open(QIODevice::WriteOnly))
             return -1;
-        fichero.write(
-            Automatico::guion(udid, destino, u"/usr/bin/ideviceinfo"_s, u"/usr/bin/idevicebackup2"_s).toUtf8());
+        fichero.write(Automatico::guion(udid, destino, u"/usr/bin/ideviceinfo"_s, QStringLiteral(VELLORA)).toUtf8());
         fichero.close();
         const auto hecho = ejecutar(u"/bin/bash"_s, {Automatico::rutaDelGuion()});
         dicho = hecho.salida + hecho.palabras;
         return hecho.codigo;
+    }
+    /// Makes the backup older, with its note.
+    void envejecer(int segundos)
+    {
+        const auto carpeta = destino + u'/' + telefono->udid();
+        for (const auto &nombre : {u"/Manifest.db"_s, u"/Manifest.plist"_s, u"/Info.plist"_s}) {
+            QFile fichero(carpeta + nombre);
+            QVERIFY(fichero.open(QIODevice::ReadWrite));
+            QVERIFY(fichero.setFileTime(QDateTime::currentDateTime().addSecs(-segundos),
+                                        QFileDevice::FileModificationTime));
+        }
+        QVERIFY(Comprobante::escribir(carpeta, ComprobacionDeCopia::Veredicto::Entera));
     }
     /// A program in the way of the system's own: it writes down what it was asked, and answers.
     void fingir(const QString &programa, const QByteArray &cuerpo)
@@ -102,7 +119,7 @@ void PruebaAutomatico::copiaCuandoToca()
     const auto registro = Automatico::registro();
     QVERIFY(registro.contains(u"  Empiezo la copia automática\n"_s) &&
             registro.endsWith(u"  Copia terminada bien\n"_s));
-    QVERIFY(pedido().contains(u"notify-send Vellora Tu iPhone ya tiene copia de seguridad al día."_s));
+    QVERIFY(pedido().contains(u"Vellora Tu iPhone ya tiene copia de seguridad al día."_s));
     // The program finds it at its next start.
     QCOMPARE(
         Catalogo::diasDesde(Catalogo::fechaDeLaUltimaCopia(destino, telefono->udid()), QDateTime::currentDateTime()),
@@ -127,17 +144,67 @@ void PruebaAutomatico::laEdadDecide()
 {
     QFETCH(int, segundos);
     QFETCH(bool, copia);
+    QCOMPARE(correrGuion(telefono->udid()), 0);
+    envejecer(segundos);
+    QCOMPARE(correrGuion(telefono->udid()), 0);
+    QCOMPARE(Automatico::registro().count(u"Empiezo la copia automática"_s), copia ? 2 : 1);
+}
+
+void PruebaAutomatico::laMediaNoCuenta()
+{
+    // What the tool writes before it begins, by another program's run that came to nothing.
     const auto carpeta = destino + u'/' + telefono->udid();
     QVERIFY(QDir().mkpath(carpeta));
     QFile info(carpeta + u"/Info.plist"_s);
-    QVERIFY(info.open(QIODevice::WriteOnly));
-    info.write("<plist/>");
-    info.flush();
-    QVERIFY(info.setFileTime(QDateTime::currentDateTime().addSecs(-segundos), QFileDevice::FileModificationTime));
+    QVERIFY(info.open(QIODevice::WriteOnly) && info.write("<plist/>") > 0);
     info.close();
-    QVERIFY(QFileInfo(info).lastModified().secsTo(QDateTime::currentDateTime()) >= segundos - 2);
     QCOMPARE(correrGuion(telefono->udid()), 0);
-    QCOMPARE(Automatico::registro().contains(u"Empiezo la copia automática"_s), copia);
+    QVERIFY(Automatico::registro().endsWith(u"  Copia terminada bien\n"_s));
+    QCOMPARE(Catalogo::estadoDe(carpeta).clase, Catalogo::Clase::Entera);
+}
+
+void PruebaAutomatico::soloLoQueCambioSobreUnaGemela()
+{
+    QCOMPARE(correrGuion(telefono->udid()), 0);
+    const auto carpeta = destino + u'/' + telefono->udid();
+    envejecer(8 * 86400);
+    const auto vieja = arbol(carpeta);
+    // One file changes, one goes, one comes.
+    const auto media = telefono->contenido(telefono->udid()) + u"/media"_s;
+    const auto fotos = QDir(media + u"/DCIM/100APPLE"_s).entryList(QDir::Files);
+    QVERIFY(fotos.size() > 2);
+    QFile cambia(media + u"/DCIM/100APPLE/"_s + fotos[0]);
+    QVERIFY(cambia.open(QIODevice::WriteOnly | QIODevice::Truncate) && cambia.write("otra foto") > 0);
+    cambia.close();
+    QVERIFY(QFile::remove(media + u"/DCIM/100APPLE/"_s + fotos[1]));
+    QVERIFY(QFile::copy(media + u"/DCIM/100APPLE/"_s + fotos[2], media + u"/DCIM/100APPLE/IMG_9999.JPG"_s));
+
+    // One that comes to nothing leaves the old one as it is, whose bytes it shared.
+    QVERIFY(telefono
+                ->orden({{u"orden"_s, u"fallar"_s},
+                         {u"peticion"_s, u"Backup"_s},
+                         {u"error"_s, 205},
+                         {u"tras_ficheros"_s, 1},
+                         {u"veces"_s, 1}})[u"bien"_s]
+                .toBool());
+    QCOMPARE(correrGuion(telefono->udid()), 1);
+    QCOMPARE(arbol(carpeta), vieja);
+    QVERIFY(Automatico::registro().endsWith(u"  La copia falló (el iPhone pudo quedarse bloqueado)\n"_s));
+    QVERIFY(Automatico::ultimoResultado().contains(u"no se pudo completar. La copia no se pudo completar."_s));
+
+    QCOMPARE(correrGuion(telefono->udid()), 0); // at the next interval
+    QVERIFY(!Automatico::registro().contains(u"Full backup mode."_s) ||
+            Automatico::registro().count(u"Full backup mode."_s) == 1);
+    QVERIFY(Automatico::ultimoResultado().endsWith(u"terminó bien."_s));
+    const auto anteriores = CopiasAnteriores::listar(destino, telefono->udid(), true);
+    QCOMPARE(anteriores.size(), 1);
+    QCOMPARE(arbol(anteriores.first().carpeta()), vieja);
+    QVERIFY(comprobarCopia(telefono->udid(), anteriores.first().carpeta()).entera());
+    // What both hold is on the disk once.
+    const auto juntas = CarpetaDeCopias::bytesEnDisco({carpeta, anteriores.first().carpeta()});
+    const auto una = CarpetaDeCopias::bytesEnDisco({carpeta});
+    QVERIFY2(juntas < una * 3 / 2, qPrintable(u"%1 %2"_s.arg(juntas).arg(una)));
+    QVERIFY(anteriores.first().bytes < una / 2);
 }
 
 void PruebaAutomatico::copiaQueFalla()
@@ -148,9 +215,30 @@ void PruebaAutomatico::copiaQueFalla()
                          {u"error"_s, 208},
                          {u"veces"_s, 1}})[u"bien"_s]
                 .toBool());
-    QCOMPARE(correrGuion(telefono->udid()), 0);
+    QCOMPARE(correrGuion(telefono->udid()), 1);
     QVERIFY(Automatico::registro().endsWith(u"  La copia falló (el iPhone pudo quedarse bloqueado)\n"_s));
+    QVERIFY(Automatico::registro().contains(u"El iPhone estaba bloqueado."_s));
     QVERIFY(pedido().contains(u"No pude hacer la copia. Desbloquea el iPhone y déjalo conectado."_s));
+    QVERIFY(!pedido().contains(u"al día"_s));
+    // Tried again at once when it is time, since nothing was made.
+    QCOMPARE(correrGuion(telefono->udid()), 0);
+    QVERIFY(Automatico::registro().endsWith(u"  Copia terminada bien\n"_s));
+}
+
+void PruebaAutomatico::laQueSeCuelgaSeAcaba()
+{
+    auto texto = Automatico::guion(telefono->udid(), destino, u"/usr/bin/ideviceinfo"_s, QStringLiteral(VELLORA));
+    QVERIFY(texto.contains(u"--kill-after=60 12h "_s));
+    texto.replace(u"12h "_s, u"3s "_s);
+    QVERIFY(telefono->orden({{u"orden"_s, u"frenar"_s}, {u"bytes_por_segundo"_s, 20000}})[u"bien"_s].toBool());
+    QFile fichero(Automatico::rutaDelGuion());
+    QVERIFY(fichero.open(QIODevice::WriteOnly) && fichero.write(texto.toUtf8()) > 0);
+    fichero.close();
+    QVERIFY(ejecutar(u"/bin/bash"_s, {Automatico::rutaDelGuion()}, 60).codigo > 0);
+    QVERIFY(telefono->orden({{u"orden"_s, u"frenar"_s}, {u"bytes_por_segundo"_s, 0}})[u"bien"_s].toBool());
+    QVERIFY(procesosCon(u"idevicebackup2"_s).isEmpty());
+    QVERIFY(Automatico::registro().contains(u"Cancelado por ti."_s) || Automatico::registro().contains(u"falló"_s));
+    QVERIFY(!pedido().contains(u"al día"_s));
 }
 
 void PruebaAutomatico::lasUnidadesValen()

@@ -77,7 +77,8 @@ int ejecutarOrden(int argc, char **argv)
     const QCommandLineOption carpeta(u"a"_s, QString(), u"DIR"_s);
     const QCommandLineOption pideAyuda(QStringList{u"h"_s, u"help"_s, u"ayuda"_s});
     const QCommandLineOption pideVersion(QStringList{u"v"_s, u"version"_s});
-    lector.addOptions({json, udid, carpeta, pideAyuda, pideVersion});
+    const QCommandLineOption automatica(u"automatica"_s);
+    lector.addOptions({json, udid, carpeta, automatica, pideAyuda, pideVersion});
     if (!lector.parse(QCoreApplication::arguments()))
         return malUso(u"No entiendo alguna de las opciones."_s);
     if (lector.isSet(pideAyuda) || lector.isSet(pideVersion)) {
@@ -92,7 +93,10 @@ int ejecutarOrden(int argc, char **argv)
         return malUso(u"No conozco esa orden: "_s + palabras.join(u' '));
     if (lector.isSet(udid) && !orden->admiteUdid)
         return malUso(u"--udid no va con "_s + palabras.first());
-    if (lector.isSet(carpeta) && !orden->admiteCarpeta)
+    const bool semanal = lector.isSet(automatica);
+    if (semanal && (orden->ejecutar != &ordenCopia || !lector.isSet(udid) || !lector.isSet(carpeta)))
+        return malUso(u"--automatica va con copia, --udid y --a"_s);
+    if (lector.isSet(carpeta) && !orden->admiteCarpeta && !semanal)
         return malUso(u"--a no va con "_s + palabras.first());
     OpcionesDeOrden opciones;
     opciones.json = lector.isSet(json);
@@ -100,6 +104,7 @@ int ejecutarOrden(int argc, char **argv)
         opciones.udid = lector.value(udid);
     if (lector.isSet(carpeta))
         opciones.carpeta = lector.value(carpeta);
+    opciones.automatica = semanal;
     opciones.palabra = palabras.mid(1).join(u' ');
     return orden->ejecutar(opciones);
 }

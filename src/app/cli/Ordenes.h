@@ -14,6 +14,7 @@ struct OpcionesDeOrden {
     bool json = false;
     std::optional<QString> udid;
     std::optional<QString> carpeta; ///< where the result goes
+    bool automatica = false;        ///< the weekly backup, with `udid` and `carpeta`
     QString palabra;                ///< what is looked for, or is to be done
 };
 
