@@ -2,13 +2,13 @@
 
 #include "backups/ActivarCifrado.h"
 #include "backups/Comprobante.h"
-#include "backups/CopiaEnCurso.h"
+#include "backups/CopiaDeSeguridad.h"
 #include "backups/CopiasAnteriores.h"
 #include "core/SegundoPlano.h"
 #include "platform/Procesos.h"
+#include "session/Carpetas.h"
 #include "session/Modelo.h"
 
-#include <QDir>
 #include <QPointer>
 
 #include <utility>
@@ -32,10 +32,9 @@ Copias::Copias(Modelo &elModelo, HayClave preguntar, QObject *padre)
 /// What a killed program left of a backup, in the folder of any phone.
 void Copias::recuperar()
 {
-    const auto hacer = [raiz = QDir::homePath() + u"/Vellora"_s, guardadas = CopiasAnteriores::cuantas()] {
-        const auto telefonos = QDir(raiz).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
-        for (const auto &uno : telefonos)
-            CopiaEnCurso::recuperar(raiz + u'/' + uno + u"/Copias de seguridad"_s, guardadas);
+    const auto hacer = [guardadas = CopiasAnteriores::cuantas()] {
+        for (const auto &carpeta : Carpetas::deCopias())
+            CopiaEnCurso::recuperar(carpeta, guardadas);
         return true;
     };
     enSegundoPlano(this, hacer, [this](bool) { emit cambio(); });

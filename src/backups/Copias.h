@@ -88,7 +88,7 @@ private:
     QSet<QString> rotas;   ///< those among them that are not whole
     bool mirando = false;
     QString preguntaDeSitio_;
-    QString udidDelSitio; ///< of the phone that the question is about
+    QString udidDelSitio;               ///< of the phone that the question is about
     std::optional<Dispositivo> claveDe; ///< while the question for a password is open
     QString clave;                      ///< typed words, empty unless the question is open
     QString claveRepetida;

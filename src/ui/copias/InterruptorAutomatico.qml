@@ -10,11 +10,12 @@ Column {
     readonly property CopiasAutomaticas automaticas: raiz.programa.automaticas
 
     spacing: 4
+    Component.onCompleted: raiz.automaticas.mirarSemanal()
 
     Interruptor {
         width: parent.width
         titulo: "Copia de seguridad automática"
-        pie: "Cada semana, sola, cuando el iPhone esté conectado" + (raiz.automaticas.edad !== "" ? "\n" + raiz.automaticas.edad : "")
+        pie: "Cada semana, sola, cuando el iPhone esté conectado" + (raiz.automaticas.edad !== "" ? "\n" + raiz.automaticas.edad : "") + (raiz.automaticas.semanal && raiz.automaticas.ultimaSemanal !== "" ? "\n" + raiz.automaticas.ultimaSemanal : "")
         encendido: raiz.automaticas.semanal
         ocupado: raiz.automaticas.ocupada
         // Which phone it is for is fixed when it is switched on.

@@ -18,6 +18,27 @@ Pagina {
         texto: raiz.copias.aviso
     }
 
+    Tira {
+        width: parent.width
+        texto: raiz.copias.preguntaDeSitio
+    }
+
+    Row {
+        visible: raiz.copias.preguntaDeSitio !== ""
+        spacing: 8
+
+        Boton {
+            texto: "Intentarlo de todos modos"
+            onPulsado: raiz.copias.resolverSitio(true)
+        }
+
+        Boton {
+            clase: Boton.Callado
+            texto: "No hacer nada"
+            onPulsado: raiz.copias.resolverSitio(false)
+        }
+    }
+
     Texto {
         topPadding: 8
         tipo: Texto.Seccion
@@ -76,6 +97,21 @@ Pagina {
             titulo: "Devolver la copia al iPhone"
             pie: "Solo si has perdido los datos"
             onPulsado: raiz.programa.devolucion.pedir()
+        }
+    }
+
+    Tarjeta {
+        width: parent.width
+        implicitHeight: guardadas.implicitHeight + 24
+        height: implicitHeight
+
+        CopiasQueSeGuardan {
+            id: guardadas
+
+            x: 20
+            y: 12
+            width: parent.width - 40
+            guardadas: raiz.programa.guardadas
         }
     }
 

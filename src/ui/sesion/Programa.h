@@ -2,6 +2,7 @@
 
 #include "backups/Copias.h"
 #include "backups/CopiasAutomaticas.h"
+#include "backups/CopiasGuardadas.h"
 #include "backups/Devolucion.h"
 #include "extraction/Buscador.h"
 #include "extraction/Contactos.h"
@@ -33,6 +34,7 @@ class Programa : public QObject
     Q_PROPERTY(vellora::Modelo *modelo READ modeloPuntero CONSTANT)
     Q_PROPERTY(vellora::Copias *copias READ copiasPuntero CONSTANT)
     Q_PROPERTY(vellora::CopiasAutomaticas *automaticas READ automaticasPuntero CONSTANT)
+    Q_PROPERTY(vellora::CopiasGuardadas *guardadas READ guardadasPuntero CONSTANT)
     Q_PROPERTY(vellora::Devolucion *devolucion READ devolucionPuntero CONSTANT)
     Q_PROPERTY(vellora::BateriaYRed *bateria READ bateriaPuntero CONSTANT)
     Q_PROPERTY(vellora::Cerradura *cerradura READ cerraduraPuntero CONSTANT)
@@ -56,6 +58,7 @@ public:
     Consentimiento consentimiento;
     Copias copias;
     CopiasAutomaticas automaticas;
+    CopiasGuardadas guardadas;
     Devolucion devolucion;
     BateriaYRed bateria;
     AvisosPorTelegram telegram;
@@ -92,6 +95,7 @@ private:
     Modelo *modeloPuntero() { return &modelo; }
     Copias *copiasPuntero() { return &copias; }
     CopiasAutomaticas *automaticasPuntero() { return &automaticas; }
+    CopiasGuardadas *guardadasPuntero() { return &guardadas; }
     Devolucion *devolucionPuntero() { return &devolucion; }
     BateriaYRed *bateriaPuntero() { return &bateria; }
     Cerradura *cerraduraPuntero() { return &cerradura; }

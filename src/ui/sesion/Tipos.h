@@ -2,6 +2,7 @@
 
 #include "backups/Copias.h"
 #include "backups/CopiasAutomaticas.h"
+#include "backups/CopiasGuardadas.h"
 #include "backups/Devolucion.h"
 #include "core/Diario.h"
 #include "core/Tarea.h"
@@ -72,6 +73,13 @@ struct CopiasAutomaticasParaVistas {
     Q_GADGET
     QML_FOREIGN(vellora::CopiasAutomaticas)
     QML_NAMED_ELEMENT(CopiasAutomaticas)
+    QML_UNCREATABLE("The program makes it")
+};
+
+struct CopiasGuardadasParaVistas {
+    Q_GADGET
+    QML_FOREIGN(vellora::CopiasGuardadas)
+    QML_NAMED_ELEMENT(CopiasGuardadas)
     QML_UNCREATABLE("The program makes it")
 };
 
