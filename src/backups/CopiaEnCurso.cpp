@@ -152,10 +152,15 @@ bool CopiaEnCurso::colocar(ComprobacionDeCopia::Veredicto veredicto)
 
 void CopiaEnCurso::recuperar(const QString &copias, int guardadas)
 {
-    if (!QFileInfo::exists(rutaDeObras(copias)))
+    const bool hayObras = QFileInfo::exists(rutaDeObras(copias));
+    if (!hayObras && !QFileInfo::exists(copias + u'/' + CopiasAnteriores::nombreDeLaCarpeta()))
         return;
-    if (const auto cerrojo = CarpetaDeCopias::tomar(copias, 0))
+    const auto cerrojo = CarpetaDeCopias::tomar(copias, 0);
+    if (!cerrojo)
+        return;
+    if (hayObras)
         recuperarTomada(*cerrojo, copias, guardadas);
+    CopiasAnteriores::limpiar(copias);
 }
 
 } // namespace vellora

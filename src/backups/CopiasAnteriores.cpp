@@ -78,6 +78,12 @@ bool quitarDe(int anteriores, const QByteArray &fecha, const QByteArray &udid)
     return bien;
 }
 
+Descriptor abrirLaCarpeta(const QString &copias)
+{
+    return Descriptor(open(QFile::encodeName(copias + u'/' + nombreDeLaCarpeta()).constData(),
+                           O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+}
+
 } // namespace
 
 const QString &nombreDeLaCarpeta()
@@ -139,18 +145,21 @@ bool retirar(int carpeta, const QString &copias, const QString &udid)
     return pasar(carpeta, carpeta, nombre, ruta);
 }
 
+void limpiar(const QString &copias)
+{
+    const auto anteriores = abrirLaCarpeta(copias);
+    QDirIterator fechas(copias + u'/' + nombreDeLaCarpeta(), QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks);
+    while (anteriores && fechas.hasNext())
+        quitarDe(*anteriores, QFile::encodeName(QFileInfo(fechas.next()).fileName()), {});
+}
+
 void podar(const QString &copias, const QString &udid, int cuantas)
 {
-    const Descriptor anteriores(open(QFile::encodeName(copias + u'/' + nombreDeLaCarpeta()).constData(),
-                                     O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-    if (!anteriores)
-        return;
-    QDirIterator fechas(copias + u'/' + nombreDeLaCarpeta(), QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks);
-    while (fechas.hasNext())
-        quitarDe(*anteriores, QFile::encodeName(QFileInfo(fechas.next()).fileName()), {});
+    limpiar(copias);
+    const auto anteriores = abrirLaCarpeta(copias);
     int quedan = 0;
     for (const auto &una : listar(copias, udid)) {
-        if (!una.acabada || ++quedan > cuantas)
+        if (anteriores && (!una.acabada || ++quedan > cuantas))
             quitarDe(*anteriores, QFile::encodeName(QFileInfo(una.carpetaCopias).fileName()), QFile::encodeName(udid));
     }
 }

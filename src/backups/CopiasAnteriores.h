@@ -36,7 +36,10 @@ QList<Anterior> listar(const QString &copias, const QString &udid, bool contando
 /// The caller holds the folder.
 bool retirar(int carpeta, const QString &copias, const QString &udid);
 
-/// Removes what stays of removals that were cut short, the finished ones that are older than the `cuantas` youngest,
+/// Removes what stays of removals that were cut short. The caller holds the folder.
+void limpiar(const QString &copias);
+
+/// Does the same, and removes the finished ones that are older than the `cuantas` youngest,
 /// and those that say themselves that they were never finished. The caller holds the folder, and has proved that the
 /// phone's present backup is whole.
 void podar(const QString &copias, const QString &udid, int cuantas);

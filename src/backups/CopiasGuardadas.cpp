@@ -90,12 +90,9 @@ QVariantList CopiasGuardadas::filas() const
 {
     QVariantList lista;
     for (const auto &una : anteriores) {
-        const auto estado = una.entera    ? u"comprobada"_s
-                            : una.acabada ? u"sin comprobar"_s
-                                          : u"a medias"_s;
-        lista << QVariantMap{
-            {u"titulo"_s, cuando(una.fecha)},
-            {u"detalle"_s, u"%1 · quitarla libera %2"_s.arg(estado, Formato::tamano(una.bytes))}};
+        const auto estado = una.entera ? u"comprobada"_s : una.acabada ? u"sin comprobar"_s : u"a medias"_s;
+        lista << QVariantMap{{u"titulo"_s, cuando(una.fecha)},
+                             {u"detalle"_s, u"%1 · quitarla libera %2"_s.arg(estado, Formato::tamano(una.bytes))}};
     }
     return lista;
 }
@@ -123,8 +120,9 @@ void CopiasGuardadas::pedirQuitar(int fila)
     pregunta.titulo = u"¿Quitar esta copia anterior?"_s;
     pregunta.texto = u"La copia del %1 se borra del ordenador para siempre, y quedan libres %2 más."_s.arg(
         cuando(cual.fecha), Formato::tamano(cual.bytes));
-    pregunta.texto += hayOtra ? u"\n\nLa copia de ahora, que está comprobada, se queda como está."_s
-                              : u"\n\n⚠️ La copia de ahora NO está comprobada: puede que esta sea la única que sirva."_s;
+    pregunta.texto +=
+        hayOtra ? u"\n\nLa copia de ahora, que está comprobada, se queda como está."_s
+                : u"\n\n⚠️ La copia de ahora NO está comprobada: puede que esta sea la única que sirva."_s;
     pregunta.aceptar = u"Quitar la copia"_s;
     pregunta.dejar = u"No hacer nada"_s;
     pregunta.motivo = Cerradura::BorrarDelOrdenador;

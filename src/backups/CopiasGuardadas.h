@@ -13,7 +13,8 @@ namespace vellora
 class Consentimiento;
 class Modelo;
 
-/// What the window shows of the earlier backups of the selected phone, and the owner's wishes on them. Main thread only.
+/// What the window shows of the earlier backups of the selected phone, and the owner's wishes on them. Main thread
+/// only.
 class CopiasGuardadas : public QObject
 {
     Q_OBJECT
