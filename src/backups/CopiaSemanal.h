@@ -34,7 +34,7 @@ public:
     void empezar();
     void cancelar();
     bool enMarcha() const { return tarea.enMarcha(); }
-    bool quedanHijos() const { return tarea.ejecutor.enMarcha(); }
+    bool quedanHijos() const { return tarea.ejecutor.enMarcha() || tarea.ejecutorMotor.enMarcha(); }
 
 signals:
     void acabada(int fin);

@@ -1,3 +1,4 @@
+#include "backups/Comprobante.h"
 #include "images/ImagenReducida.h"
 #include "photos/CopiarFotos.h"
 #include "photos/Galeria.h"
@@ -267,6 +268,7 @@ void PruebaFotosReales::biblioteca()
     // Locked too by one that lacks a photo.
     const auto copia = programa->modelo.carpetaCopias() + u'/' + telefono->udid();
     QVERIFY(CopiaDePrueba::copiarTelefono(telefono->contenido(telefono->udid()), copia));
+    QCOMPARE(Comprobante::comprobarYApuntar(copia).veredicto, ComprobacionDeCopia::Veredicto::Entera);
     const auto nueva = media + u"/DCIM/100APPLE/IMG_0900.JPG"_s;
     QVERIFY(escribirFichero(nueva, "de después de la copia"));
     programa->pedirBorrarTodas();
@@ -301,6 +303,7 @@ void PruebaFotosReales::laComprobacionNiega()
     QVERIFY(acaba());
     const auto copia = programa->modelo.carpetaCopias() + u'/' + telefono->udid();
     QVERIFY(CopiaDePrueba::copiarTelefono(telefono->contenido(telefono->udid()), copia));
+    QCOMPARE(Comprobante::comprobarYApuntar(copia).veredicto, ComprobacionDeCopia::Veredicto::Entera);
     auto &seleccion = programa->seleccion;
     seleccion.abrir();
     QVERIFY(leido() && acaba());

@@ -1,3 +1,4 @@
+#include "backups/Comprobante.h"
 #include "platform/Apariencia.h"
 #include "support/BaseDePrueba.h"
 #include "support/CopiaDePrueba.h"
@@ -166,6 +167,7 @@ void PruebaFotosEnVentana::borrarTodas()
     QVERIFY(pulsa(u"Vale"_s));
     const auto copia = programa->modelo.carpetaCopias() + u'/' + telefono->udid();
     QVERIFY(CopiaDePrueba::copiarTelefono(telefono->contenido(telefono->udid()), copia));
+    QCOMPARE(Comprobante::comprobarYApuntar(copia).veredicto, ComprobacionDeCopia::Veredicto::Entera);
     programa->copias.cambio();
     QTRY_COMPARE(pie(), u"Fotos, miniaturas y la lista: desaparecen de verdad"_s);
     QVERIFY(pulsa(u"BORRAR TODAS las fotos"_s) && acaba());
