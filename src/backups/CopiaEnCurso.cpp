@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QFile>
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -55,11 +56,15 @@ bool ponerEnSuSitio(int carpeta, const QString &copias, const QString &udid)
     return true;
 }
 
-void podarSiVale(const QString &copias, const QString &udid, int guardadas)
+/// Beside a backup that nobody could look into, at least one earlier one stays, and the last that is known to be whole.
+void podar(const QString &copias, const QString &udid, int guardadas)
 {
     using Veredicto = ComprobacionDeCopia::Veredicto;
-    if (Comprobante::leer(copias + u'/' + udid) == Veredicto::Entera)
-        CopiasAnteriores::podar(copias, udid, guardadas);
+    const auto veredicto = Comprobante::leer(copias + u'/' + udid);
+    if (veredicto == Veredicto::Entera)
+        CopiasAnteriores::podar(copias, udid, guardadas, false);
+    else if (veredicto == Veredicto::SinComprobar)
+        CopiasAnteriores::podar(copias, udid, std::max(guardadas, 1), true);
 }
 
 /// The folder is held by the caller.
@@ -72,7 +77,7 @@ void recuperarTomada(int carpeta, const QString &copias, int guardadas)
             continue;
         if (!ponerEnSuSitio(carpeta, copias, udid))
             return; // whole: it waits
-        podarSiVale(copias, udid, guardadas);
+        podar(copias, udid, guardadas);
     }
     CarpetaPrivada::quitar(carpeta, enObras);
 }
@@ -146,7 +151,7 @@ bool CopiaEnCurso::colocar(ComprobacionDeCopia::Veredicto veredicto)
     if (!ponerEnSuSitio(*cerrojo, copias, udid))
         return false;
     esperando = false;
-    podarSiVale(copias, udid, guardadas);
+    podar(copias, udid, guardadas);
     return true;
 }
 

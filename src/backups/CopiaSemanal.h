@@ -13,8 +13,7 @@ namespace vellora
 {
 
 /// One run of the weekly backup, beside the window or without it: decides whether it is due, makes it as the window
-/// does, on top of the one before, and tells of it. Its entry goes to a journal of its own, since the window's has one
-/// writer. Main thread only.
+/// does, on top of the one before, and tells of it. Its entry goes to a journal of its own. Main thread only.
 class CopiaSemanal : public QObject
 {
     Q_OBJECT

@@ -153,13 +153,17 @@ void limpiar(const QString &copias)
         quitarDe(*anteriores, QFile::encodeName(QFileInfo(fechas.next()).fileName()), {});
 }
 
-void podar(const QString &copias, const QString &udid, int cuantas)
+void podar(const QString &copias, const QString &udid, int cuantas, bool conservarLaBuena)
 {
     limpiar(copias);
     const auto anteriores = abrirLaCarpeta(copias);
     int quedan = 0;
+    bool hayBuena = !conservarLaBuena;
     for (const auto &una : listar(copias, udid)) {
-        if (anteriores && (!una.acabada || ++quedan > cuantas))
+        const bool cabe = una.acabada && ++quedan <= cuantas;
+        const bool esLaBuena = !hayBuena && una.entera;
+        hayBuena = hayBuena || una.entera;
+        if (anteriores && !cabe && !esLaBuena)
             quitarDe(*anteriores, QFile::encodeName(QFileInfo(una.carpetaCopias).fileName()), QFile::encodeName(udid));
     }
 }

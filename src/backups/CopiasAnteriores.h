@@ -39,10 +39,10 @@ bool retirar(int carpeta, const QString &copias, const QString &udid);
 /// Removes what stays of removals that were cut short. The caller holds the folder.
 void limpiar(const QString &copias);
 
-/// Does the same, and removes the finished ones that are older than the `cuantas` youngest,
-/// and those that say themselves that they were never finished. The caller holds the folder, and has proved that the
-/// phone's present backup is whole.
-void podar(const QString &copias, const QString &udid, int cuantas);
+/// Does the same, and removes the finished ones that are older than the `cuantas` youngest, and those that say
+/// themselves that they were never finished. `conservarLaBuena`: but not the youngest that is known to be whole. The
+/// caller holds the folder.
+void podar(const QString &copias, const QString &udid, int cuantas, bool conservarLaBuena);
 
 /// Removes an earlier backup. False when some of it stays, or while another program is at work in the folder.
 bool quitar(const QString &copias, const Anterior &cual);

@@ -1,5 +1,6 @@
 #include "backups/Catalogo.h"
 #include "backups/Comprobante.h"
+#include "backups/CopiaEnCurso.h"
 #include "backups/CopiasAnteriores.h"
 #include "support/CopiaDePrueba.h"
 
@@ -22,6 +23,7 @@ private slots:
     void muerteEnCadaPaso_data();
     void muerteEnCadaPaso();
     void loQueNoEsNuestroSeQueda();
+    void seGuardanLasQueSeDijo();
 
 private:
     using Contenido = QMap<QString, QByteArray>;
@@ -132,6 +134,38 @@ void PruebaRelevos::loQueNoEsNuestroSeQueda()
     QVERIFY(correr(u"-"_s, 1, -1));
     QVERIFY(tesoro.exists() && !QFile::exists(copias + u"/.vellora-copia-en-curso"_s));
     QCOMPARE(sinNota(copias + u'/' + udid), vieja);
+}
+
+void PruebaRelevos::seGuardanLasQueSeDijo()
+{
+    using Veredicto = ComprobacionDeCopia::Veredicto;
+    const auto poner = [this](Veredicto veredicto, int guardadas) {
+        auto obra = CopiaEnCurso::abrir(copias, udid, CopiaEnCurso::Modo::Completa, guardadas);
+        QVERIFY(obra);
+        QCOMPARE(QProcess::execute(u"cp"_s, {u"-a"_s, sitio.ruta(u"nueva"_s), obra->carpeta()}), 0);
+        QVERIFY(obra->colocar(veredicto));
+    };
+    const auto clases = [this] {
+        QString lista;
+        for (const auto &una : CopiasAnteriores::listar(copias, udid))
+            lista += una.entera ? u'E' : u'?';
+        return lista;
+    };
+    QDir(copias).removeRecursively();
+    poner(Veredicto::Entera, 2);
+    poner(Veredicto::Entera, 2);
+    poner(Veredicto::Entera, 2);
+    poner(Veredicto::Entera, 2);
+    QCOMPARE(clases(), u"EE"_s);
+    poner(Veredicto::Entera, 1);
+    QCOMPARE(clases(), u"E"_s);
+    // Of those that nobody could look into no number takes away the last whole one.
+    for (int i = 0; i < 4; ++i)
+        poner(Veredicto::SinComprobar, 0);
+    QCOMPARE(clases().count(u'E'), 1);
+    QVERIFY2(clases().size() <= 2, qPrintable(clases()));
+    poner(Veredicto::Entera, 0);
+    QCOMPARE(clases(), QString());
 }
 
 QTEST_GUILESS_MAIN(PruebaRelevos)
