@@ -9,8 +9,9 @@ namespace vellora
 {
 
 /// The system's own check that its owner is there: polkit, by the action file that comes with the program. The check,
-/// its window and the password or fingerprint are the system's; nothing of it passes through this program.
-/// Main thread only.
+/// its window and the password or fingerprint are the system's; nothing of it passes through this program. The bus is
+/// the one that the system keeps in its own folder: an address from the environment would let anybody answer. Main
+/// thread only.
 class ComprobacionDelDueno : public QObject
 {
     Q_OBJECT
@@ -26,9 +27,17 @@ public:
 
     explicit ComprobacionDelDueno(QObject *padre = nullptr) : QObject(padre) {}
 
-    /// Whether polkit is there and knows the program's actions. Waits for the system bus, milliseconds.
-    static bool disponible();
-    /// Whether a fingerprint is enrolled for this person.
+    enum class Hay {
+        Si,
+        No,          ///< this computer has no such check: no system bus, no polkit, no action file
+        SinRespuesta ///< there is one, or may be, and it did not answer
+    };
+    using AlSaber = std::function<void(Hay)>;
+
+    /// Looks whether there is a check. `alSaber` is called once, within seconds or before this returns, unless this
+    /// object has gone by then.
+    void mirar(const AlSaber &alSaber);
+    /// Whether a fingerprint is enrolled for this person. Waits for the system: background threads only.
     static bool hayHuella();
 
     /// Asks for one action, which decides the sentence that the system shows. `alResponder` is called once, unless this

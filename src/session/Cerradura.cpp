@@ -1,5 +1,8 @@
 #include "session/Cerradura.h"
 
+#include "core/Preferencias.h"
+#include "core/SegundoPlano.h"
+
 #include <array>
 
 using namespace Qt::StringLiterals;
@@ -30,6 +33,10 @@ QString accionDe(Cerradura::Motivo motivo)
 
 const auto noHayComo = u"Este Mac no tiene huella ni contraseña configuradas."_s;
 const auto noSePudo = u"No se pudo comprobar. Inténtalo otra vez."_s;
+const auto yaNoEsta =
+    u"Este ordenador comprobaba que eres tú y ahora no puede, así que Vellora sigue cerrada. Reinícialo; "
+    "si quitaste esa comprobación (polkit), vuelve a instalarla."_s;
+const auto claveVista = u"comprobacionVista"_s;
 
 } // namespace
 
@@ -38,58 +45,88 @@ Cerradura::Cerradura(QObject *padre) : QObject(padre)
     marcarUso();
     connect(&vigilante, &QTimer::timeout, this, &Cerradura::revisarInactividad);
     vigilante.start(segundosEntreRevisiones * 1000);
+    enSegundoPlano(
+        this, [] { return ComprobacionDelDueno::hayHuella(); },
+        [this](bool hay) {
+            porHuella = hay;
+            emit cambio();
+        });
 }
 
-QString Cerradura::metodo()
+QString Cerradura::metodo() const
 {
-    static const bool porHuella = ComprobacionDelDueno::hayHuella();
     return porHuella ? u"tu huella"_s : u"la contraseña del Mac"_s;
+}
+
+QString Cerradura::promesa() const
+{
+    if (sinComprobacion)
+        return u"En este ordenador no hay nada que compruebe que eres tú: Vellora no se cierra ni pregunta."_s;
+    return u"Vellora se cierra sola a los 5 minutos sin usarla, y pide %1 para volver a entrar."_s.arg(metodo());
+}
+
+QString Cerradura::promesaCorta() const
+{
+    return sinComprobacion ? u"Este ordenador no puede comprobar que eres tú"_s : u"Vellora pedirá "_s + metodo();
+}
+
+void Cerradura::preguntar(Motivo motivo, const std::function<void(Respuesta)> &alResponder)
+{
+    // What was once seen here and does not answer now is a check that failed: otherwise silencing it would open.
+    ausente = false;
+    const auto sinNadie = [this] {
+        ausente = Preferencias::logico(claveVista);
+        return ausente ? Respuesta::No : Respuesta::SinPreguntar;
+    };
+    comprobacion.mirar([this, motivo, alResponder, sinNadie](ComprobacionDelDueno::Hay hay) {
+        using Hay = ComprobacionDelDueno::Hay;
+        if (hay == Hay::SinRespuesta)
+            return alResponder(Respuesta::No);
+        if (hay == Hay::No)
+            return alResponder(sinNadie());
+        comprobacion.comprobar(accionDe(motivo), [alResponder, sinNadie](Respuesta respuesta) {
+            if (respuesta == Respuesta::Si)
+                Preferencias::ponLogico(claveVista, true);
+            alResponder(respuesta == Respuesta::SinPreguntar ? sinNadie() : respuesta);
+        });
+    });
 }
 
 void Cerradura::abrir()
 {
     if (comprobando_)
         return;
-    comprobando_ = disponible();
+    comprobando_ = true;
     motivoFallo_.clear();
-    if (!comprobando_) {
-        motivoFallo_ = noHayComo;
-        abierta_ = true;
-        marcarUso();
-    }
     emit cambio();
-    if (comprobando_)
-        comprobacion.comprobar(accionDe(AbrirVellora), [this](auto respuesta) { contestada(respuesta); });
+    preguntar(AbrirVellora, [this](Respuesta respuesta) { contestada(respuesta); });
 }
 
-void Cerradura::contestada(ComprobacionDelDueno::Respuesta respuesta)
+void Cerradura::contestada(Respuesta respuesta)
 {
-    using Respuesta = ComprobacionDelDueno::Respuesta;
     comprobando_ = false;
-    abierta_ = respuesta == Respuesta::Si;
+    sinComprobacion = respuesta == Respuesta::SinPreguntar;
+    // Without anything that asks, nobody could ever get in.
+    abierta_ = respuesta == Respuesta::Si || sinComprobacion;
     marcarUso();
     if (respuesta == Respuesta::No)
-        motivoFallo_ = noSePudo;
-    if (respuesta == Respuesta::SinPreguntar) {
-        // Without a window that asks, nobody could ever get in.
+        motivoFallo_ = ausente ? yaNoEsta : noSePudo;
+    if (sinComprobacion)
         motivoFallo_ = noHayComo;
-        abierta_ = true;
-    }
     emit cambio();
 }
 
 void Cerradura::cerrarAhora()
 {
+    if (sinComprobacion)
+        return;
     abierta_ = false;
     emit cambio();
 }
 
 void Cerradura::confirmar(Motivo motivo, const std::function<void(bool)> &alResponder)
 {
-    if (!disponible())
-        return alResponder(true);
-    comprobacion.comprobar(accionDe(motivo), [alResponder](ComprobacionDelDueno::Respuesta respuesta) {
-        using Respuesta = ComprobacionDelDueno::Respuesta;
+    preguntar(motivo, [alResponder](Respuesta respuesta) {
         alResponder(respuesta == Respuesta::Si || respuesta == Respuesta::SinPreguntar);
     });
 }

@@ -1,4 +1,5 @@
 #include "app/TrasRefrescar.h"
+#include "core/Preferencias.h"
 #include "platform/Apariencia.h"
 #include "platform/Llavero.h"
 #include "support/BusPrivado.h"
@@ -173,7 +174,11 @@ void PruebaRecorrido::seBloqueaYSeAbre()
     tecla(Qt::Key_1, Qt::ControlModifier);
     QTRY_VERIFY(Manos::control(*ventana, u"Bloquear ahora"_s));
     QVERIFY(Manos::pulsar(*ventana, u"Bloquear ahora"_s));
+    QVERIFY(programa->cerradura.abierta()); // nobody could open it again
+    Preferencias::ponLogico(u"comprobacionVista"_s, true);
+    programa->cerradura.abrir();
     QVERIFY(!programa->cerradura.abierta() && !seLee(u"iPhone de Marta"_s));
+    Preferencias::ponLogico(u"comprobacionVista"_s, false);
     QVERIFY(pincha(u"Desbloquear"_s));
     QVERIFY(programa->cerradura.abierta() && seLee(u"iPhone de Marta"_s));
 }

@@ -1,5 +1,8 @@
+#include "core/Preferencias.h"
 #include "session/Cerradura.h"
 
+#include <QDir>
+#include <QFile>
 #include <QMetaEnum>
 #include <QProcess>
 #include <QTest>
@@ -22,6 +25,9 @@ class Persona
 public:
     explicit Persona(const QString &clave)
     {
+        auto entorno = QProcessEnvironment::systemEnvironment();
+        entorno.remove(u"DBUS_SYSTEM_BUS_ADDRESS"_s); // the agent believes it
+        proceso.setProcessEnvironment(entorno);
         proceso.start(u"/usr/bin/python3"_s,
                       {QStringLiteral(AGENTE), QString::number(QCoreApplication::applicationPid()), clave});
         listo = proceso.waitForReadyRead(10000);
@@ -48,10 +54,17 @@ class PruebaCerradura : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase()
+    {
+        // Another bus, on which anybody could answer: not to be believed.
+        qputenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent");
+    }
     void sinNadieAQuienPreguntar();
-    void conPolkit();
+    void seVioYaNoEsta();
     void nadieQueEnsenaLaPregunta();
+    void callaElQuePregunta();
     void laClaveBuena();
+    void nadieTrasHaberlaPasado();
     void laClaveMala();
     void cadaMotivo();
     void sinUsoSeCierra();
@@ -68,24 +81,36 @@ void PruebaCerradura::sinNadieAQuienPreguntar()
 {
     if (hayPolkit())
         QSKIP("there is somebody");
-    QVERIFY(!Cerradura::disponible());
     Cerradura cerradura;
     QVERIFY(!cerradura.abierta());
+    QVERIFY(cerradura.promesa().contains(u"se cierra sola"_s));
     cerradura.abrir();
     QVERIFY(cerradura.abierta() && !cerradura.comprobando());
     QCOMPARE(cerradura.motivoFallo(), noHayComo);
     bool confirmado = false;
     cerradura.confirmar(Cerradura::DevolverCopia, [&](bool si) { confirmado = si; });
     QVERIFY(confirmado);
+    // What could not be opened again is not closed, and nothing is promised.
+    QVERIFY(!cerradura.promesa().contains(u"se cierra sola"_s) && !cerradura.promesaCorta().contains(u"pedirá"_s));
     cerradura.cerrarAhora();
-    QVERIFY(!cerradura.abierta());
+    cerradura.ponUltimoUso(QDateTime::currentDateTimeUtc().addDays(-1));
+    cerradura.revisarInactividad();
+    QVERIFY(cerradura.abierta());
 }
 
-void PruebaCerradura::conPolkit()
+void PruebaCerradura::seVioYaNoEsta()
 {
-    SI_HAY_POLKIT();
-    QVERIFY(Cerradura::disponible());
-    QCOMPARE(Cerradura::metodo(), u"la contraseña del Mac"_s);
+    if (hayPolkit())
+        QSKIP("there is somebody");
+    Preferencias::ponLogico(u"comprobacionVista"_s, true);
+    Cerradura cerradura;
+    cerradura.abrir();
+    std::optional<bool> confirmado;
+    cerradura.confirmar(Cerradura::DevolverCopia, [&](bool si) { confirmado = si; });
+    Preferencias::ponLogico(u"comprobacionVista"_s, false);
+    QVERIFY(!cerradura.abierta() && !cerradura.comprobando());
+    QVERIFY(cerradura.motivoFallo().startsWith(u"Este ordenador comprobaba que eres tú"_s));
+    QCOMPARE(confirmado, std::optional(false));
 }
 
 void PruebaCerradura::nadieQueEnsenaLaPregunta()
@@ -97,6 +122,38 @@ void PruebaCerradura::nadieQueEnsenaLaPregunta()
     QTRY_VERIFY_WITH_TIMEOUT(!cerradura.comprobando(), 20000);
     QVERIFY(cerradura.abierta());
     QCOMPARE(cerradura.motivoFallo(), noHayComo);
+}
+
+void PruebaCerradura::callaElQuePregunta()
+{
+    SI_HAY_POLKIT();
+    const auto pedir = [](const QString &que) {
+        QFile fichero(QDir::homePath() + u'/' + que);
+        QVERIFY(fichero.open(QIODevice::WriteOnly));
+        fichero.close();
+        QTRY_VERIFY_WITH_TIMEOUT(!fichero.exists(), 10000);
+    };
+    pedir(u"callar"_s);
+    Cerradura cerradura;
+    cerradura.abrir();
+    QTRY_VERIFY_WITH_TIMEOUT(!cerradura.comprobando(), 20000);
+    QVERIFY(!cerradura.abierta());
+    QCOMPARE(cerradura.motivoFallo(), noSePudo);
+    std::optional<bool> confirmado;
+    cerradura.confirmar(Cerradura::BorrarFotos, [&](bool si) { confirmado = si; });
+    QTRY_VERIFY_WITH_TIMEOUT(confirmado, 20000);
+    QCOMPARE(*confirmado, false);
+    pedir(u"hablar"_s);
+}
+
+void PruebaCerradura::nadieTrasHaberlaPasado()
+{
+    SI_HAY_POLKIT();
+    Cerradura cerradura;
+    cerradura.abrir();
+    QTRY_VERIFY_WITH_TIMEOUT(!cerradura.comprobando(), 20000);
+    QVERIFY(!cerradura.abierta());
+    QVERIFY(cerradura.motivoFallo().startsWith(u"Este ordenador comprobaba que eres tú"_s));
 }
 
 void PruebaCerradura::laClaveBuena()
@@ -151,10 +208,15 @@ void PruebaCerradura::cadaMotivo()
 
 void PruebaCerradura::sinUsoSeCierra()
 {
-    if (hayPolkit())
-        QSKIP("needs nobody to ask");
+    SI_HAY_POLKIT();
+    const Persona duena(laSuya);
+    QVERIFY(duena.listo);
     Cerradura cerradura;
-    cerradura.abrir();
+    const auto abrir = [&] {
+        cerradura.abrir();
+        QTRY_VERIFY_WITH_TIMEOUT(cerradura.abierta(), 20000);
+    };
+    abrir();
     cerradura.revisarInactividad();
     QVERIFY(cerradura.abierta());
     const auto hace = [&](qint64 segundos) {
@@ -164,7 +226,7 @@ void PruebaCerradura::sinUsoSeCierra()
     };
     QVERIFY(hace(299) && hace(300));
     QVERIFY(!hace(301));
-    cerradura.abrir();
+    abrir();
     QVERIFY(hace(290));
     cerradura.marcarUso();
     cerradura.revisarInactividad();

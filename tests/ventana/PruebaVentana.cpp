@@ -319,15 +319,22 @@ void PruebaVentana::ajustesYBloqueo()
     QVERIFY(Manos::pulsar(*ventana, u"Copia en cuanto lo enchufo"_s));
     QVERIFY(!programa->automaticas.alEnchufar());
 
+    // Here there is nobody to ask: what nothing could open again stays open, and no word promises otherwise.
     QVERIFY(Manos::pulsar(*ventana, u"Bloquear ahora"_s));
+    QVERIFY(programa->cerradura.abierta() && seLee(programa->cerradura.promesa()));
+    // On a computer where there was somebody, it is closed.
+    Preferencias::ponLogico(u"comprobacionVista"_s, true);
+    programa->cerradura.abrir();
     QVERIFY(seLee(u"Para entrar hace falta la contraseña del Mac"_s));
     QVERIFY(seLee(u"Todo se queda en este Mac: sin nube, sin cuentas y sin internet."_s));
     // Nothing of the owner's, by eye or by ear, and no key that leads past it.
     QVERIFY(!seLee(u"iPhone de Marta"_s) && !seLee(u"Resumen"_s));
     tecla(Qt::Key_4, Qt::ControlModifier);
     QVERIFY(!seLee(explicacion));
-    // Here there is nobody to ask, and that locks nobody out.
     QCOMPARE(Manos::nombreDelFoco(*ventana), u"Desbloquear"_s);
+    tecla(Qt::Key_Return);
+    QVERIFY(!programa->cerradura.abierta() && seLee(programa->cerradura.motivoFallo()));
+    Preferencias::ponLogico(u"comprobacionVista"_s, false);
     tecla(Qt::Key_Return);
     QVERIFY(seLee(u"Resumen"_s) && programa->cerradura.abierta());
     QCOMPARE(programa->cerradura.motivoFallo(), u"Este Mac no tiene huella ni contraseña configuradas."_s);

@@ -106,7 +106,7 @@ Pagina {
             width: parent.width
             color: Tema.suave
             wrapMode: Text.Wrap
-            text: "Vellora se cierra sola a los 5 minutos sin usarla, y pide " + raiz.programa.cerradura.metodo + " para volver a entrar."
+            text: raiz.programa.cerradura.promesa
         }
 
         Boton {

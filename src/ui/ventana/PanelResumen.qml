@@ -109,7 +109,7 @@ Pagina {
             height: rejilla.altoDeCelda
             simbolo: "lock.fill"
             titulo: "Bloquear ahora"
-            pie: "Vellora pedirá " + raiz.programa.cerradura.metodo
+            pie: raiz.programa.cerradura.promesaCorta
             onPulsado: raiz.programa.cerradura.cerrarAhora()
         }
     }
