@@ -35,10 +35,8 @@ int abrirVentana(int &argc, char **argv)
     prepararAspecto();
 
     Apariencia apariencia;
-    // Without a store a password would be lost with the window: the owner's own setting on the phone decides then.
-    Programa programa([](const QString &udid) {
-        return Llavero::disponible() ? std::optional(Llavero::hayClave(udid)) : std::nullopt;
-    });
+    Programa programa(
+        [](const QString &udid) { return Llavero::consultar(udid, Llavero::Abrir::SinPreguntar).estado; });
     QObject::connect(&programa.modelo, &Modelo::refrescado, &programa,
                      [&programa](const std::optional<QString> &antes) { trasRefrescar(programa, antes); });
     QObject::connect(&programa.modelo, &Modelo::elegidoOtro, &programa,

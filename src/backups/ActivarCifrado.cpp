@@ -18,19 +18,19 @@ namespace
 
 /// The store may ask its owner to unlock it, so the window must not wait for it.
 void guardarYCerrar(Tarea &tarea, const QString &udid, const QString &clave,
-                    const std::function<void(bool)> &alTerminar)
+                    const std::function<void(Cifrado)> &alTerminar)
 {
     const auto guardar = [clave, udid] {
         return Llavero::guardar(clave, udid);
     };
     enSegundoPlano(&tarea, guardar, [&tarea, alTerminar, numero = tarea.trabajo()](bool guardada) {
         if (!tarea.sigue(numero))
-            return alTerminar(false);
+            return alTerminar(Cifrado::No);
         if (!guardada)
             tarea.apunta(u"No he podido guardar la contraseña en el Llavero. Apúntala tú: sin ella no se puede abrir "
                          "ninguna copia."_s);
         tarea.cerrar(true);
-        alTerminar(true);
+        alTerminar(guardada ? Cifrado::Puesto : Cifrado::SinGuardar);
     });
 }
 
@@ -46,11 +46,11 @@ qsizetype letrasDe(const QString &clave)
 }
 
 void activarCifrado(Tarea &tarea, const QString &udid, const QString &clave,
-                    const std::function<void(bool)> &alTerminar)
+                    const std::function<void(Cifrado)> &alTerminar)
 {
     const auto &herramienta = Herramientas::idevicebackup2();
     if (!herramienta)
-        return alTerminar(false);
+        return alTerminar(Cifrado::No);
     tarea.empezar(u"Activando el cifrado de las copias"_s, u"Desbloquea el iPhone: te pedirá confirmar"_s);
     tarea.apunta(
         u"Si pierdes esta contraseña, las copias NO se pueden recuperar. Queda guardada en el Llavero del Mac."_s);
@@ -64,14 +64,14 @@ void activarCifrado(Tarea &tarea, const QString &udid, const QString &clave,
     };
     const auto final = [&tarea, udid, clave, alTerminar, numero = tarea.trabajo()](int codigo) {
         if (!tarea.sigue(numero))
-            return alTerminar(false);
+            return alTerminar(Cifrado::No);
         if (codigo == 0) {
             tarea.ponDetalle(u"Cifrado activado"_s);
             return guardarYCerrar(tarea, udid, clave, alTerminar);
         }
         tarea.ponDetalle(u"No se pudo activar (código %1)"_s.arg(codigo));
         tarea.cerrar(false);
-        alTerminar(false);
+        alTerminar(Cifrado::No);
     };
     tarea.ejecutorMotor.lanzar(*herramienta, {u"-u"_s, udid, u"encryption"_s, u"on"_s, clave}, linea, final);
 }

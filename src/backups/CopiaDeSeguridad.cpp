@@ -139,6 +139,11 @@ private:
         if (texto.contains("Receiving files"_L1) || texto.contains("Sending"_L1))
             return;
         tarea.apunta(texto);
+        // Said before the first file is sent. What the phone does is decided there, whatever this computer keeps.
+        if (texto == "Backup will be unencrypted."_L1 && !opciones.sinCifrar) {
+            enClaro = true;
+            return tarea.ejecutor.cancelar();
+        }
         if (texto.contains("Received an error message from device"_L1))
             ++rehusados; // one for each file that the phone would not send
         if (texto.contains("Device is locked"_L1) || texto.contains("Waiting for"_L1))
@@ -172,6 +177,8 @@ private:
             return soltar([this] { deleteLater(); });
         if (sinSitio)
             return acabarMal(sentenciaDeDiscoLleno());
+        if (enClaro)
+            return noIbaCifrada();
         if (codigo == 0) // well, even if the cable left with the last words
             return comprobar();
         // The tool says the same of a pulled cable as of many other things.
@@ -181,6 +188,13 @@ private:
                 sinTelefono = sinTelefono || !conectado;
                 acabarMal(motivoDelFallo());
             });
+    }
+
+    void noIbaCifrada()
+    {
+        acabarMal(u"El iPhone iba a hacer la copia sin cifrar y no me lo has pedido, así que no la he hecho."_s);
+        if (opciones.alNoIrCifrada)
+            opciones.alNoIrCifrada();
     }
 
     void comprobar()
@@ -274,6 +288,7 @@ private:
     bool hayAnterior = false;
     qsizetype rehusados = 0;
     bool sinTelefono = false;
+    bool enClaro = false;  ///< ended by us, because it would not have been encrypted
     bool sinSitio = false; ///< the disk was full, if only for a moment
     bool echado = false;   ///< the tool was ended by us, because the phone had left
     VigilanteDelTelefono vigilante;

@@ -14,6 +14,9 @@ class Tarea;
 struct OpcionesDeCopia {
     CopiaEnCurso::Modo modo = CopiaEnCurso::Modo::Completa;
     bool aunqueFalteSitio = false; ///< the owner has been told that it may not fit beside the old one
+    bool sinCifrar = false;        ///< the owner has said that it may be made without encryption
+    /// Called when the job ended because the phone was about to make it without, unasked; may be empty.
+    std::function<void()> alNoIrCifrada;
     /// Gets the question for the owner when the job ended because the new one may not fit; may be empty.
     std::function<void(const QString &)> alFaltarSitio;
 };

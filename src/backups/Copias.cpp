@@ -4,6 +4,7 @@
 #include "backups/Comprobante.h"
 #include "backups/CopiaDeSeguridad.h"
 #include "backups/CopiasAnteriores.h"
+#include "core/Preferencias.h"
 #include "core/SegundoPlano.h"
 #include "platform/Procesos.h"
 #include "session/Carpetas.h"
@@ -18,9 +19,21 @@ using namespace Qt::StringLiterals;
 namespace vellora
 {
 
-Copias::Copias(Modelo &elModelo, HayClave preguntar, QObject *padre)
-    : QObject(padre), modelo(elModelo), hayClave(std::move(preguntar))
+namespace
 {
+
+const auto claveSinCifrar = u"copiasSinCifrar"_s;
+
+}
+
+Copias::Copias(Modelo &elModelo, Consulta suConsulta, QObject *padre)
+    : QObject(padre), modelo(elModelo), consulta(std::move(suConsulta))
+{
+    connect(&modelo, &Modelo::cambioDeSesion, this, &Copias::mirarElLlavero);
+    connect(&modelo.tarea(), &Tarea::acabada, this, [this] {
+        consultado.clear();
+        mirarElLlavero();
+    });
     connect(&modelo, &Modelo::cambioDeSesion, this, &Copias::olvidarClaveDeOtro);
     connect(&modelo, &Modelo::cambioDeSesion, this, &Copias::cambio);
     connect(&modelo, &Modelo::refrescado, this, &Copias::cambio);
@@ -109,59 +122,148 @@ QString Copias::ultimaCopia() const
 QString Copias::pieDeHacerCopia() const
 {
     const auto &elegido = modelo.seleccionado();
-    const auto hay = elegido ? hayClave(elegido->id) : false;
-    if (!hay)
+    if (!elegido || consultado != elegido->id || !enElLlavero)
         return {};
-    return *hay ? u"Cifrada, incluye todo"_s : u"Te pediré una contraseña"_s;
+    if (*enElLlavero == Llavero::Estado::Hallada)
+        return u"Cifrada, incluye todo"_s;
+    return *enElLlavero == Llavero::Estado::SinClave ? u"Te pediré una contraseña"_s : QString();
+}
+
+/// For the words under the button. The store may take its time, and the window is not to wait for it.
+void Copias::mirarElLlavero()
+{
+    const auto &elegido = modelo.seleccionado();
+    if (!elegido || !consulta || consultado == elegido->id)
+        return;
+    consultado = elegido->id;
+    enElLlavero.reset();
+    enSegundoPlano(
+        this, [suya = consulta, udid = elegido->id] { return suya(udid); },
+        [this, udid = elegido->id](Llavero::Estado dicho) {
+            if (consultado != udid)
+                return;
+            enElLlavero = dicho;
+            emit cambio();
+        });
+}
+
+bool Copias::puedeEmpezar()
+{
+    auto &tarea = modelo.tarea();
+    if (tarea.enMarcha()) {
+        tarea.apunta(u"Ya hay algo en marcha. Espera a que termine."_s);
+        return false;
+    }
+    if (!hayOtraCopiaEnMarcha())
+        return true;
+    const QStringList lineas{u"Hay otra copia de seguridad de este iPhone haciéndose ahora mismo."_s,
+                             u"El iPhone solo puede con una a la vez: si empiezo otra, fallan las dos."_s,
+                             u"Espera a que acabe y vuelve a darle."_s};
+    tarea.rechazar(u"Copia de seguridad"_s, u"Ya hay una copia en marcha"_s, lineas);
+    return false;
 }
 
 void Copias::pedirCopia()
 {
     const auto elegido = modelo.seleccionado();
-    auto &tarea = modelo.tarea();
-    if (!elegido)
+    if (!elegido || consultando || !puedeEmpezar())
         return;
-    preguntaDeSitio_.clear();
-    if (tarea.enMarcha())
-        return tarea.apunta(u"Ya hay algo en marcha. Espera a que termine."_s);
-    if (hayOtraCopiaEnMarcha()) {
-        const QStringList lineas{u"Hay otra copia de seguridad de este iPhone haciéndose ahora mismo."_s,
-                                 u"El iPhone solo puede con una a la vez: si empiezo otra, fallan las dos."_s,
-                                 u"Espera a que acabe y vuelve a darle."_s};
-        return tarea.rechazar(u"Copia de seguridad"_s, u"Ya hay una copia en marcha"_s, lineas);
-    }
-    if (!hayClave(elegido->id).value_or(true)) {
-        claveDe = elegido;
+    consultando = true;
+    enSegundoPlano(
+        this, [suya = consulta, udid = elegido->id] { return suya(udid); },
+        [this, telefono = *elegido](Llavero::Estado dicho) {
+            consultando = false;
+            decidir(telefono, dicho);
+        });
+}
+
+void Copias::decidir(const Dispositivo &telefono, Llavero::Estado dicho)
+{
+    const auto &elegido = modelo.seleccionado();
+    if (!elegido || elegido->id != telefono.id || !puedeEmpezar())
+        return;
+    if (dicho == Llavero::Estado::SinClave && !admiteSinCifrar(telefono.id)) {
+        guardarSecretos();
+        claveDe = telefono;
         emit cambio();
         return;
     }
-    empezar(elegido->id, u"La copia de seguridad de tu iPhone ha terminado."_s);
+    empezar(telefono.id, u"La copia de seguridad de tu iPhone ha terminado."_s, false);
+    if (dicho != Llavero::Estado::Hallada)
+        modelo.tarea().apunta(Llavero::porQue(dicho));
 }
 
-void Copias::empezar(const QString &udid, const QString &alAcabar, bool aunqueFalteSitio)
+void Copias::hacerCopia(bool sinCifrar)
+{
+    const auto elegido = modelo.seleccionado();
+    if (elegido && puedeEmpezar())
+        empezar(elegido->id, u"La copia de seguridad de tu iPhone ha terminado."_s, sinCifrar);
+}
+
+void Copias::empezar(const QString &udid, const QString &alAcabar, bool sinCifrar, bool aunqueFalteSitio)
 {
     OpcionesDeCopia opciones;
+    opciones.sinCifrar = sinCifrar || admiteSinCifrar(udid);
+    opciones.alNoIrCifrada = [yo = QPointer(this), udid] {
+        if (yo)
+            yo->preguntarSinCifrar(udid);
+    };
     opciones.aunqueFalteSitio = aunqueFalteSitio;
     opciones.alFaltarSitio = [yo = QPointer(this), udid](const QString &pregunta) {
-        if (!yo)
-            return;
-        yo->preguntaDeSitio_ = pregunta;
-        yo->udidDelSitio = udid;
-        emit yo->cambio();
+        if (yo)
+            yo->preguntarPorElSitio(udid, pregunta);
     };
     copiaDeSeguridad(modelo.tarea(), udid, modelo.carpetaCopias(), opciones);
     if (modelo.tarea().enMarcha())
         emit copiaEmpezada(alAcabar);
 }
 
-void Copias::resolverSitio(bool aceptada)
+void Copias::preguntarPorElSitio(const QString &udid, const QString &texto)
 {
-    const bool pedida = !std::exchange(preguntaDeSitio_, {}).isEmpty();
-    emit cambio();
-    const auto &elegido = modelo.seleccionado();
-    if (aceptada && pedida && elegido && elegido->id == udidDelSitio && !modelo.tarea().enMarcha() &&
-        !hayOtraCopiaEnMarcha())
-        empezar(elegido->id, u"La copia de seguridad de tu iPhone ha terminado."_s, true);
+    emit preguntar({u"¿Hacer la copia aunque quizá no quepa?"_s, texto, u"Hacerla de todos modos"_s, u"No hacerla"_s,
+                    Cerradura::HacerCopia, udid, nullptr, [yo = QPointer(this), udid] {
+                        if (yo && yo->puedeEmpezar())
+                            yo->empezar(udid, u"La copia de seguridad de tu iPhone ha terminado."_s, false, true);
+                    }});
+}
+
+bool Copias::admiteSinCifrar(const QString &udid)
+{
+    return Preferencias::lista(claveSinCifrar).contains(udid);
+}
+
+void Copias::ponSinCifrar(const QString &udid)
+{
+    if (!admiteSinCifrar(udid))
+        Preferencias::ponLista(claveSinCifrar, Preferencias::lista(claveSinCifrar) << udid);
+}
+
+void Copias::preguntarSinCifrar(const QString &udid)
+{
+    const auto texto = u"El iPhone no tiene puesto el cifrado de las copias. Una copia sin cifrar la puede leer "
+                       "cualquiera que llegue al disco, y no lleva tus contraseñas, los datos de Salud ni parte de "
+                       "WhatsApp. Si aceptas, las copias de este iPhone se harán así hasta que lo cifres."_s;
+    emit preguntar({u"¿Hacer la copia sin cifrar?"_s, texto, u"Hacerla sin cifrar"_s, u"No hacerla"_s,
+                    Cerradura::HacerCopia, udid, nullptr, [yo = QPointer(this), udid] {
+                        if (!yo)
+                            return;
+                        ponSinCifrar(udid);
+                        yo->hacerCopia(true);
+                    }});
+}
+
+/// The owner typed it, twice, and it stands nowhere else: nothing else runs before it has been seen once more. It is
+/// not taken away with the phone, which asks for it from now on.
+void Copias::ensenarClave(const QString &udid, const QString &perdida)
+{
+    const auto texto = u"No he podido guardarla en el Llavero, y sin ella no se podrá abrir ninguna copia de este "
+                       "iPhone. Apúntala ahora en sitio seguro:\n\n%1"_s.arg(perdida);
+    emit preguntar({u"Apunta esta contraseña"_s, texto, u"Ya la he apuntado: hacer la copia"_s, u"No hacer la copia"_s,
+                    Cerradura::HacerCopia, QString(), nullptr, [yo = QPointer(this), udid] {
+                        const auto elegido = yo ? yo->modelo.seleccionado() : std::nullopt;
+                        if (elegido && elegido->id == udid)
+                            yo->hacerCopia(false);
+                    }});
 }
 
 bool Copias::claveVale() const
@@ -178,10 +280,13 @@ void Copias::resolverClave(bool aceptada)
     emit cambio();
     if (!aceptada || !deQuien || tomada.isEmpty() || modelo.tarea().enMarcha())
         return;
-    activarCifrado(modelo.tarea(), deQuien->id, tomada, [yo = QPointer(this), udid = deQuien->id](bool activado) {
-        if (activado && yo)
-            yo->empezar(udid, u"La copia de seguridad cifrada de tu iPhone ha terminado."_s);
-    });
+    const auto cifrado = [yo = QPointer(this), udid = deQuien->id, tomada](Cifrado como) {
+        if (yo && como == Cifrado::Puesto)
+            yo->empezar(udid, u"La copia de seguridad cifrada de tu iPhone ha terminado."_s, false);
+        if (yo && como == Cifrado::SinGuardar)
+            yo->ensenarClave(udid, tomada);
+    };
+    activarCifrado(modelo.tarea(), deQuien->id, tomada, cifrado);
 }
 
 void Copias::olvidarClaveDeOtro()

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "backups/Catalogo.h"
+#include "platform/Llavero.h"
+#include "session/Consentimiento.h"
 #include "session/Dispositivo.h"
 
 #include <QDateTime>
@@ -26,16 +28,15 @@ class Copias : public QObject
     Q_PROPERTY(QString pieDeHacerCopia READ pieDeHacerCopia NOTIFY cambio)
     Q_PROPERTY(bool pidiendoClave READ pidiendoClave NOTIFY cambio)
     Q_PROPERTY(QString claveDeQuien READ claveDeQuien NOTIFY cambio)
-    Q_PROPERTY(QString preguntaDeSitio READ preguntaDeSitio NOTIFY cambio)
     Q_PROPERTY(QString clave MEMBER clave NOTIFY cambioDeClave)
     Q_PROPERTY(QString claveRepetida MEMBER claveRepetida NOTIFY cambioDeClave)
     Q_PROPERTY(bool claveVale READ claveVale NOTIFY cambioDeClave)
 
 public:
-    /// Whether a backup password is stored for a UDID; absent when there is no store to ask.
-    using HayClave = std::function<std::optional<bool>(const QString &udid)>;
+    /// What the store of secrets says of the password of a UDID's backups; called on other threads, where it may wait.
+    using Consulta = std::function<Llavero::Estado(const QString &udid)>;
 
-    Copias(Modelo &modelo, HayClave hayClave, QObject *padre = nullptr);
+    Copias(Modelo &modelo, Consulta consulta, QObject *padre = nullptr);
 
     /// What may be believed of the selected phone's backup; without a phone, that there is none.
     Catalogo::Estado estado() const;
@@ -60,11 +61,18 @@ public:
     /// or another is chosen.
     Q_INVOKABLE void resolverClave(bool aceptada);
 
-    /// The guarded entry for the owner's request of a full backup.
+    /// The guarded entry for the owner's request of a full backup. Where the store has no password yet the owner is
+    /// asked for one; a store that cannot be asked is none that has no password, and the backup begins all the same: it
+    /// is stopped when the phone says that it would not be encrypted.
     Q_INVOKABLE void pedirCopia();
-    /// Why the last one was not begun for want of room, as a question; empty when that is not so.
-    QString preguntaDeSitio() const { return preguntaDeSitio_; }
-    Q_INVOKABLE void resolverSitio(bool aceptada);
+    /// The same without asking the store: what cannot be asked of anybody is not asked.
+    void hacerCopia(bool sinCifrar);
+
+    /// Whether the owner has said of this phone that its backups may be made without encryption.
+    static bool admiteSinCifrar(const QString &udid);
+    static void ponSinCifrar(const QString &udid);
+    /// Asks the owner so, after a backup that was stopped.
+    void preguntarSinCifrar(const QString &udid);
     Q_INVOKABLE void abrirCarpeta();
 
     /// True when any process of the computer makes a backup with idevicebackup2, whatever phone it serves.
@@ -75,20 +83,28 @@ signals:
     /// A backup that the owner asked for has begun; the text tells of its good end.
     void copiaEmpezada(const QString &alAcabar);
     void cambioDeClave();
+    /// What the owner has to be asked before it goes on.
+    void preguntar(const vellora::Pregunta &pregunta);
 
 private:
-    void empezar(const QString &udid, const QString &alAcabar, bool aunqueFalteSitio = false);
+    bool puedeEmpezar();
+    void decidir(const Dispositivo &telefono, Llavero::Estado estado);
+    void empezar(const QString &udid, const QString &alAcabar, bool sinCifrar, bool aunqueFalteSitio = false);
+    void preguntarPorElSitio(const QString &udid, const QString &texto);
+    void ensenarClave(const QString &udid, const QString &perdida);
+    void mirarElLlavero();
     void recuperar();
     void quizaComprobar();
     void olvidarClaveDeOtro();
 
     Modelo &modelo;
-    HayClave hayClave;
+    Consulta consulta;
     QSet<QString> miradas; ///< backups of others, or of older versions, that were looked into since the start
     QSet<QString> rotas;   ///< those among them that are not whole
     bool mirando = false;
-    QString preguntaDeSitio_;
-    QString udidDelSitio;               ///< of the phone that the question is about
+    QString consultado; ///< UDID whose answer stands in `enElLlavero`; empty before the first
+    std::optional<Llavero::Estado> enElLlavero;
+    bool consultando = false;           ///< for a request of the owner
     std::optional<Dispositivo> claveDe; ///< while the question for a password is open
     QString clave;                      ///< typed words, empty unless the question is open
     QString claveRepetida;

@@ -8,6 +8,7 @@
 #include "session/Modelo.h"
 
 #include <QDateTime>
+#include <QPointer>
 
 using namespace Qt::StringLiterals;
 
@@ -138,7 +139,13 @@ void CopiasAutomaticas::quizaCopiaAutomatica(const Dispositivo &iphone)
     yaAutoCopiados << iphone.id;
     avisoAlEnchufar_.clear();
     Preferencias::ponTexto(claveDelIntento(iphone.id), QDateTime::currentDateTimeUtc().toString(Qt::ISODate));
-    copiaDeSeguridad(modelo.tarea(), iphone.id, modelo.carpetaCopias());
+    OpcionesDeCopia opciones;
+    opciones.sinCifrar = Copias::admiteSinCifrar(iphone.id);
+    opciones.alNoIrCifrada = [suyas = QPointer(&copias), udid = iphone.id] {
+        if (suyas)
+            suyas->preguntarSinCifrar(udid);
+    };
+    copiaDeSeguridad(modelo.tarea(), iphone.id, modelo.carpetaCopias(), opciones);
 }
 
 } // namespace vellora

@@ -1,5 +1,6 @@
 #include "core/CarpetaDeTrabajo.h"
 #include "core/FicheroAjeno.h"
+#include "engine/DeLaCopia.h"
 #include "engine/Ordenes.h"
 #include "engine/backup/CopiaAbierta.h"
 #include "engine/backup/FicheroDescifrado.h"
@@ -97,8 +98,7 @@ int contrasenas(const QStringList &argumentos, Avisos &avisar)
     const auto deTrabajo = CarpetaDeDestino::abrir(privada->ruta());
     if (!deTrabajo)
         return avisar.error(deTrabajo.motivo());
-    const auto copia = CopiaAbierta::abrir(
-        argumentos[1], [&] { return std::optional(argumentos.value(2)); }, *deTrabajo);
+    const auto copia = abrirLaCopia(argumentos[0], argumentos[1], *deTrabajo, avisar);
     if (!copia)
         return avisar.error(copia.motivo());
     if (!copia->cifrada()) {

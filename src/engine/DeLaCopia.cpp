@@ -80,14 +80,22 @@ std::optional<QString> faltaDeSitio(qint64 bytes, const CarpetaDeDestino &carpet
 Resultado<CopiaAbierta> abrirLaCopia(const QString &udid, const QString &copias, const CarpetaDeDestino &deTrabajo,
                                      Avisos &avisar, CopiaAbierta::Cierre *cierre)
 {
+    auto estado = Llavero::Estado::Hallada;
     const auto contrasena = [&] {
-        auto guardada = Llavero::leer(udid);
-        if (guardada)
-            avisar.linea(u"Abriendo la copia con su contraseña; tarda unos segundos."_s);
-        return guardada;
+        auto lectura = Llavero::consultar(udid);
+        estado = lectura.estado;
+        if (estado != Llavero::Estado::Hallada)
+            return std::optional<QString>();
+        avisar.linea(u"Abriendo la copia con su contraseña; tarda unos segundos."_s);
+        return std::optional(lectura.clave);
     };
     const auto carpeta = QFile::exists(copias + u"/Manifest.db"_s) ? copias : copias + u'/' + udid;
-    return CopiaAbierta::abrir(carpeta, contrasena, deTrabajo, cierre);
+    auto copia = CopiaAbierta::abrir(carpeta, contrasena, deTrabajo, cierre);
+    // A store that is locked, silent or missing says nothing of the password.
+    const bool sinAlmacen = estado != Llavero::Estado::Hallada && estado != Llavero::Estado::SinClave;
+    if (!copia && sinAlmacen)
+        return Resultado<CopiaAbierta>::fallo(u"La copia está cifrada. "_s + Llavero::porQue(estado));
+    return copia;
 }
 
 int sacarDeLaCopia(const Sacador &sacador, const QString &destino, const Sacador::Avance &avance, Avisos &avisar,

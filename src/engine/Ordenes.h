@@ -36,10 +36,10 @@ int bateriaHistorial(const QStringList &argumentos, Avisos &avisar);
 /// only without a notice.
 int comprobarCopia(const QStringList &argumentos, Avisos &avisar);
 
-/// "contrasenas" UDID COPIA CLAVE: the saved passwords of the phone, out of that backup. Notices: "contrasenas" lista,
-/// as many as it takes, whose elements have donde, tipo ("wifi", "internet" or "app"), usuario and clave; then "fin"
-/// cuantas, cerradas (bound to the phone), sin_texto. "sin_cifrar" alone where the backup is not encrypted. The
-/// password may be empty then. Passwords go to no file, not even a temporary one.
+/// "contrasenas" UDID COPIA: the saved passwords of the phone, out of that backup, which is opened with the password
+/// that the secret store has of it. Notices: "contrasenas" lista, as many as it takes, whose elements have donde, tipo
+/// ("wifi", "internet" or "app"), usuario and clave; then "fin" cuantas, cerradas (bound to the phone), sin_texto.
+/// "sin_cifrar" alone where the backup is not encrypted. Passwords go to no file, not even a temporary one.
 int contrasenas(const QStringList &argumentos, Avisos &avisar);
 
 /// "copiar" UDID DESTINO: brings what of the camera roll is not yet in the folder. Notices: "total" n, "progreso"

@@ -1,9 +1,9 @@
 #include "engine/Interrupcion.h"
 #include "engine/Ordenes.h"
+#include "platform/Procesos.h"
 
 #include <QFile>
 
-#include <cstring>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -34,14 +34,12 @@ void acotarMemoria(bool deImagenes)
 int main(int argc, char *argv[])
 {
     umask(S_IRWXG | S_IRWXO);
+    vellora::guardarSecretos(); // keys and what they open pass through here
     vellora::motor::Interrupcion::vigilar();
     QStringList argumentos;
     for (int i = 1; i < argc; ++i)
         argumentos << QFile::decodeName(argv[i]);
     acotarMemoria(argumentos.value(0) == u"miniaturas");
-    // The last argument of this one is a password, which the list of processes need not show any longer.
-    if (argumentos.value(0) == u"contrasenas" && argc > 4)
-        std::memset(argv[4], 0, std::strlen(argv[4]));
     vellora::motor::Avisos avisar(STDOUT_FILENO);
     return vellora::motor::ejecutarOrden(argumentos, avisar);
 }

@@ -4,6 +4,7 @@
 #include "core/SegundoPlano.h"
 #include "core/Tarea.h"
 #include "platform/Llavero.h"
+#include "platform/Procesos.h"
 #include "session/Modelo.h"
 
 #include <QClipboard>
@@ -46,9 +47,10 @@ void Contrasenas::leer()
     const auto &telefono = modelo.seleccionado();
     const auto udid = telefono ? std::optional(telefono->id) : Catalogo::udidDeLaCopia(modelo.carpetaCopias());
     mensaje_.clear();
+    guardarSecretos();
     if (!udid)
         return aplicar(FalloDeClaves{u"No encuentro ninguna copia de seguridad."_s});
-    leerContrasenas(modelo.tarea(), modelo.carpetaCopias(), *udid, Llavero::leer(*udid).value_or(QString()),
+    leerContrasenas(modelo.tarea(), modelo.carpetaCopias(), *udid,
                     [yo = QPointer(this), suya = ++vuelta](const ResultadoClaves &resultado) {
                         if (yo && yo->vuelta == suya)
                             yo->aplicar(resultado);

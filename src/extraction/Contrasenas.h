@@ -38,10 +38,10 @@ struct CopiaSinCifrar {
 };
 using ResultadoClaves = std::variant<ClavesListas, FalloDeClaves, CopiaSinCifrar>;
 
-/// Reads the passwords out of the encrypted backup of that phone, as the job. `clave` is the backup's password; it goes
-/// to the engine as its argument and nowhere else. `resultado` is called once, unless the job is cancelled. Nothing of
-/// what is read goes to the log or the journal. Main thread.
-void leerContrasenas(Tarea &tarea, const QString &carpetaCopias, const QString &udid, const QString &clave,
+/// Reads the passwords out of the encrypted backup of that phone, as the job. The engine takes the backup's password
+/// from the secret store itself, and says when it is absent, wrong, or behind a store that is locked. `resultado` is
+/// called once, unless the job is cancelled. Nothing of what is read goes to the log or the journal. Main thread.
+void leerContrasenas(Tarea &tarea, const QString &carpetaCopias, const QString &udid,
                      const std::function<void(const ResultadoClaves &)> &resultado);
 
 /// All passwords as a table that only its owner can open. The sentence of the failure; absent when it was written.

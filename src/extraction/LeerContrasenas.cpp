@@ -78,7 +78,7 @@ QString ClaveGuardada::comoSeLlama() const
     return tipo == "internet"_L1 ? u"Web"_s : u"App"_s;
 }
 
-void leerContrasenas(Tarea &tarea, const QString &carpetaCopias, const QString &udid, const QString &clave,
+void leerContrasenas(Tarea &tarea, const QString &carpetaCopias, const QString &udid,
                      const std::function<void(const ResultadoClaves &)> &resultado)
 {
     const auto titulo = u"Abriendo tus contraseñas"_s;
@@ -88,7 +88,7 @@ void leerContrasenas(Tarea &tarea, const QString &carpetaCopias, const QString &
     if (!Motor::disponible())
         resultado(FalloDeClaves{u"No encuentro el motor del iPhone dentro de la app."_s});
     tarea.lanzarMotorPublico(
-        {u"contrasenas"_s, udid, carpetaCopias + u'/' + udid, clave}, titulo, false,
+        {u"contrasenas"_s, udid, carpetaCopias + u'/' + udid}, titulo, false,
         [&tarea, lectura](const Motor::Aviso &aviso) { alAvisar(tarea, *lectura, aviso); },
         [&tarea, lectura, resultado](int codigo) {
             const auto final = comoAcabo(*lectura, codigo);

@@ -1,12 +1,12 @@
 #include "extraction/SacarMisDatos.h"
 
 #include "core/CarpetaDeTrabajo.h"
+#include "core/Plist.h"
 #include "core/SegundoPlano.h"
 #include "core/Tarea.h"
 #include "core/Vuelta.h"
 #include "extraction/Conversacion.h"
 #include "extraction/Extraccion.h"
-#include "platform/Llavero.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -194,7 +194,8 @@ void sacarMisDatos(Tarea &tarea, const QString &udid, const QString &carpetaCopi
     tarea.ponCarpetaResultado(destino);
     if (!hayCopia(tarea, carpetaCopias + u'/' + udid))
         return;
-    const bool cifrada = Llavero::hayClave(udid);
+    const auto manifiesto = Plist::leer(carpetaCopias + u'/' + udid + u"/Manifest.plist"_s);
+    const bool cifrada = manifiesto && manifiesto->raiz()["IsEncrypted"].logico().value_or(false);
     auto privada = CarpetaDeTrabajo::nueva(destino);
     if (!privada) {
         tarea.apunta(privada.motivo());

@@ -24,6 +24,7 @@ constexpr std::array acciones{
     "es.vellora.borrar-del-mac",  "es.vellora.borrar-fotos",
     "es.vellora.desinstalar-una", "es.vellora.desinstalar-varias",
     "es.vellora.borrar-datos",    "es.vellora.ver-contrasenas",
+    "es.vellora.hacer-copia",
 };
 
 QString accionDe(Cerradura::Motivo motivo)

@@ -41,7 +41,8 @@ public:
         DesinstalarUna,
         DesinstalarVarias,
         BorrarDatos,
-        VerContrasenas
+        VerContrasenas,
+        HacerCopia
     };
     Q_ENUM(Motivo)
 

@@ -76,7 +76,7 @@ void PruebaCopiasAutomaticas::init()
     Preferencias::ponLista(u"iPhonesConocidos"_s, {iphone.id});
     Preferencias::ponTexto(u"ultimaCopiaAlEnchufar-"_s + iphone.id, {});
     modelo = std::make_unique<Modelo>();
-    copias = std::make_unique<Copias>(*modelo, [](const QString &) { return true; });
+    copias = std::make_unique<Copias>(*modelo, [](const QString &) { return Llavero::Estado::Hallada; });
     automaticas = std::make_unique<CopiasAutomaticas>(*modelo, *copias);
     automaticas->ponAlEnchufar(true);
     QSignalSpy primera(modelo.get(), &Modelo::refrescado);

@@ -1,5 +1,6 @@
 #include "capturas/Fotografo.h"
 #include "core/Herramientas.h"
+#include "core/Preferencias.h"
 #include "extraction/ExportarPDF.h"
 #include "platform/Apariencia.h"
 #include "support/TelefonoSimulado.h"
@@ -14,6 +15,7 @@
 #include <QQuickWindow>
 #include <QTest>
 
+#include <atomic>
 #include <cstdio>
 
 using namespace Qt::StringLiterals;
@@ -66,9 +68,9 @@ private:
     TelefonoSimulado telefono;
     Apariencia apariencia;
     /// As without a store of passwords, until a picture needs one.
-    std::optional<bool> hayClave;
+    std::atomic<Llavero::Estado> estadoDeClave = Llavero::Estado::NoHay;
     Programa programa{[this](const QString &) {
-        return hayClave;
+        return estadoDeClave.load();
     }};
     Modelo &modelo = programa.modelo;
     Copias &copias = programa.copias;
@@ -146,7 +148,8 @@ void Sesion::recienConectado()
     foto(u"resumen"_s, {960, 1280, 1920});
     tecla(Qt::Key_4, Qt::ControlModifier);
     foto(u"copias"_s, {960, 1280, 1920});
-    hayClave = false;
+    estadoDeClave = Llavero::Estado::SinClave;
+    emit modelo.tarea().acabada(true);
     modelo.cambioDeSesion();
     foto(u"copias-sin-clave"_s, {1280});
     pulsa(u"Hacer la copia ahora"_s);
@@ -156,7 +159,9 @@ void Sesion::recienConectado()
     Manos::escribir(*ventana, u"rosquillas"_s);
     foto(u"copia-cifrada-lista"_s);
     tecla(Qt::Key_Escape);
-    hayClave.reset();
+    estadoDeClave = Llavero::Estado::NoHay;
+    Copias::ponSinCifrar(modelo.seleccionado()->id);
+    emit modelo.tarea().acabada(true);
     modelo.cambioDeSesion();
     pulsa(u"Avisos. 0 en marcha, 0 con problemas"_s);
     foto(u"avisos-vacio"_s);
@@ -174,7 +179,10 @@ void Sesion::recienConectado()
     foto(u"ajustes"_s, {960, 1280, 1920});
     pulsa(u"Ayuda y legal"_s);
     foto(u"ayuda"_s);
-    programa.cerradura.cerrarAhora();
+    // As on a computer that used to ask.
+    Preferencias::ponLogico(u"comprobacionVista"_s, true);
+    programa.cerradura.abrir();
+    Preferencias::ponLogico(u"comprobacionVista"_s, false);
     foto(u"bloqueo"_s, {960, 1280, 1920});
     pulsa(u"Desbloquear"_s);
     tecla(Qt::Key_1, Qt::ControlModifier);

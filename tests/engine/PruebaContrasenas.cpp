@@ -1,5 +1,8 @@
 #include "engine/backup/LlaveroDeCopia.h"
+#include "platform/Llavero.h"
+#include "support/BusPrivado.h"
 #include "support/CopiaDePrueba.h"
+#include "support/LlaveroPrivado.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -8,6 +11,7 @@
 #include <QTest>
 
 using namespace Qt::StringLiterals;
+using namespace vellora;
 using namespace vellora::motor;
 
 /// The engine itself, on backups that the simulated phone writes.
@@ -16,7 +20,11 @@ class PruebaContrasenas : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QVERIFY(casa.crearTelefono()); }
+    void initTestCase()
+    {
+        QVERIFY(llavero.listo());
+        QVERIFY(casa.crearTelefono());
+    }
     void deLaCopiaCifrada();
     void sinCifrar();
     void loQueFalla_data();
@@ -35,9 +43,13 @@ private:
     };
     Salida motor(const QString &copia, const QString &clave) const
     {
+        if (clave.isEmpty())
+            Llavero::borrar(u"x"_s);
+        else
+            Llavero::guardar(clave, u"x"_s);
         QProcess proceso;
         proceso.setProcessChannelMode(QProcess::MergedChannels);
-        proceso.start(QStringLiteral(MOTOR), {u"contrasenas"_s, u"x"_s, casa.ruta(copia), clave});
+        proceso.start(QStringLiteral(MOTOR), {u"contrasenas"_s, u"x"_s, casa.ruta(copia)});
         proceso.waitForFinished(60'000);
         Salida salida{proceso.exitCode(), {}, {}, proceso.readAll(), 0};
         for (const auto &renglon : salida.bytes.split('\n')) {
@@ -56,6 +68,8 @@ private:
         QVERIFY(fichero.open(QIODevice::WriteOnly) && fichero.write(QJsonDocument(claves).toJson()) > 0);
     }
 
+    BusPrivado bus;
+    LlaveroPrivado llavero;
     CopiaDePrueba casa;
 };
 

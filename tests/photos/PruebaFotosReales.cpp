@@ -83,7 +83,7 @@ void PruebaFotosReales::init()
     telefono = std::make_unique<TelefonoSimulado>();
     QVERIFY2(telefono->listo(), qPrintable(telefono->motivo()));
     media = telefono->contenido(telefono->udid()) + u"/media"_s;
-    programa = std::make_unique<Programa>([](const QString &) { return std::optional(true); });
+    programa = std::make_unique<Programa>([](const QString &) { return Llavero::Estado::Hallada; });
     QTRY_VERIFY_WITH_TIMEOUT(programa->modelo.seleccionado(), 20'000);
     programa->modelo.marcarConocido(telefono->udid());
 }

@@ -167,7 +167,12 @@ void PruebaCifrado::loQueNoSePuedeAbrir()
 
     // In clear it opens without a password, and says what is missing.
     QVERIFY(ponerClave({}));
-    QCOMPARE(correr({u"copia"_s}).codigo, 0);
+    // Nobody has said that it may go without.
+    const auto parada = correr({u"copia"_s});
+    QCOMPARE(parada.codigo, 1);
+    QVERIFY(parada.registro.last().startsWith(u"El iPhone iba a hacer la copia sin cifrar"_s));
+    QVERIFY(!QFile::exists(copiaDelTelefono()));
+    QCOMPARE(correr({u"copia"_s, u"--sin-cifrar"_s}).codigo, 0);
     const auto destino = QDir::homePath() + u"/mis cosas ñ"_s;
     const auto sacado = correr({u"datos"_s, u"--a"_s, destino});
     QCOMPARE(sacado.codigo, 0);

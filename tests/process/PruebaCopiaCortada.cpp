@@ -49,7 +49,7 @@ void PruebaCopiaCortada::init()
     telefono = std::make_unique<TelefonoSimulado>();
     QVERIFY2(telefono->listo(), qPrintable(telefono->motivo()));
     modelo = std::make_unique<Modelo>();
-    copias = std::make_unique<Copias>(*modelo, [](const QString &) { return true; });
+    copias = std::make_unique<Copias>(*modelo, [](const QString &) { return Llavero::Estado::Hallada; });
     QTRY_VERIFY_WITH_TIMEOUT(modelo->seleccionado(), 20000);
 }
 
@@ -81,11 +81,11 @@ void PruebaCopiaCortada::elAvanceLlegaMientrasSucede()
             (porcentajes.isEmpty() || porcentajes.last() != tarea.hechos()))
             porcentajes << tarea.hechos();
     });
-    copias->pedirCopia();
+    copias->hacerCopia(true);
     QVERIFY(tarea.enMarcha() && !tarea.oculta());
     QTRY_VERIFY_WITH_TIMEOUT(tarea.registro().contains(u"Full backup mode."_s), 20000);
     QVERIFY(tarea.enMarcha()); // said at the start, heard at the start
-    copias->pedirCopia();
+    copias->hacerCopia(true);
     QVERIFY(tarea.registro().contains(u"Ya hay algo en marcha. Espera a que termine."_s));
     QTRY_VERIFY_WITH_TIMEOUT(!tarea.enMarcha(), 60000);
     QCOMPARE(tarea.terminadaBien(), true);
@@ -112,7 +112,7 @@ void PruebaCopiaCortada::sinCable()
     QVERIFY(telefono->orden(orden).value(u"bien"_s).toBool());
     auto &tarea = modelo->tarea();
     QSignalSpy acabada(&tarea, &Tarea::acabada);
-    copias->pedirCopia();
+    copias->hacerCopia(true);
     QTRY_VERIFY_WITH_TIMEOUT(!tarea.enMarcha(), 40000);
     QCOMPARE(tarea.terminadaBien(), false);
     QCOMPARE(tarea.detalle(), u"No se pudo completar"_s);
@@ -126,7 +126,7 @@ void PruebaCopiaCortada::sinCable()
     QVERIFY(telefono->orden(u"conectar"_s));
     modelo->refrescar();
     QTRY_VERIFY_WITH_TIMEOUT(modelo->seleccionado() && !modelo->buscando(), 20000);
-    copias->pedirCopia();
+    copias->hacerCopia(true);
     QTRY_VERIFY_WITH_TIMEOUT(!tarea.enMarcha(), 60000);
     QCOMPARE(tarea.terminadaBien(), true);
 }
@@ -137,7 +137,7 @@ void PruebaCopiaCortada::sinCableUnMomento()
         {u"orden"_s, u"cortar"_s}, {u"servicio"_s, u"com.apple.mobilebackup2"_s}, {u"entre_ficheros"_s, 5}};
     QVERIFY(telefono->orden(corte).value(u"bien"_s).toBool());
     auto &tarea = modelo->tarea();
-    copias->pedirCopia();
+    copias->hacerCopia(true);
     // Back so soon that nobody looked: only the tool, which waits for ever, can give it away.
     QTRY_VERIFY_WITH_TIMEOUT(telefono->orden(QJsonObject{{u"orden"_s, u"contar"_s}})[u"cuentas"_s][u"conectado"_s] ==
                                  QJsonValue(false),
@@ -151,14 +151,14 @@ void PruebaCopiaCortada::sinCableUnMomento()
 void PruebaCopiaCortada::bloqueadoAntesDeEmpezar()
 {
     QVERIFY(telefono->orden(u"bloquear"_s)); // after it was read, before it is asked for
-    copias->pedirCopia();
+    copias->hacerCopia(true);
     auto &tarea = modelo->tarea();
     QTRY_VERIFY_WITH_TIMEOUT(!tarea.enMarcha(), 40000);
     QCOMPARE(tarea.registro().last(), u"El iPhone estaba bloqueado. Desbloquéalo con tu código y dale otra vez."_s);
     tarea.cerrarAviso();
     QVERIFY(telefono->orden(u"desbloquear"_s));
     QVERIFY(telefono->orden(u"denegar"_s));
-    copias->pedirCopia();
+    copias->hacerCopia(true);
     QVERIFY(!tarea.oculta());
     QTRY_VERIFY_WITH_TIMEOUT(!tarea.enMarcha(), 40000);
     QCOMPARE(tarea.registro().last(),
@@ -170,7 +170,7 @@ void PruebaCopiaCortada::cancelar()
     frenar(300'000);
     auto &tarea = modelo->tarea();
     QSignalSpy acabada(&tarea, &Tarea::acabada);
-    copias->pedirCopia();
+    copias->hacerCopia(true);
     QTRY_VERIFY_WITH_TIMEOUT(tarea.hechos() > 2, 30000);
     tarea.cancelar();
     QVERIFY(!tarea.enMarcha());
@@ -189,7 +189,7 @@ void PruebaCopiaCortada::elProgramaMuereYVuelveAEmpezar()
 {
     frenar(300'000);
     QProcess programa;
-    programa.start(QStringLiteral(VELLORA), {u"copia"_s});
+    programa.start(QStringLiteral(VELLORA), {u"copia"_s, u"--sin-cifrar"_s});
     QTRY_VERIFY_WITH_TIMEOUT(
         programa.readAllStandardError().contains("Full backup mode.") || !procesosCon(u"--full"_s).isEmpty(), 20000);
     QTest::qWait(1500);
@@ -204,7 +204,7 @@ void PruebaCopiaCortada::elProgramaMuereYVuelveAEmpezar()
     QCOMPARE(nuevo.lista().first().estado, Actividad::Estado::Cancelada);
     QCOMPARE(nuevo.lista().first().detalle, u"Se cerró la app"_s);
     frenar(0);
-    const auto otra = ejecutar(QStringLiteral(VELLORA), {u"copia"_s});
+    const auto otra = ejecutar(QStringLiteral(VELLORA), {u"copia"_s, u"--sin-cifrar"_s});
     QCOMPARE(otra.codigo, 0);
     QVERIFY(QFile::exists(QString::fromUtf8(otra.salida.trimmed()) + u"/Manifest.db"_s));
 }

@@ -27,7 +27,7 @@ struct Copia {
 
 Copia copiar(const QStringList &delante = {})
 {
-    auto orden = delante + QStringList{programa, u"copia"_s, u"--json"_s};
+    auto orden = delante + QStringList{programa, u"copia"_s, u"--sin-cifrar"_s, u"--json"_s};
     const auto hecho = ejecutar(orden.takeFirst(), orden);
     const auto objeto = QJsonDocument::fromJson(hecho.salida).object();
     Copia copia{hecho.codigo, objeto.value(u"detalle"_s).toString(), {}, objeto.value(u"carpeta"_s).toString()};
@@ -171,8 +171,9 @@ void PruebaCopiaReal::discoLleno()
     const auto vellora = QDir::homePath() + u"/Vellora"_s;
     QVERIFY(QDir().mkpath(vellora + u"/iPhone de Marta"_s));
     // The journal stays on the large disk; what the tool left is looked at from inside the small one.
-    const auto guion = u"mount -t tmpfs -o size=1500k x \"$1/iPhone de Marta\" && \"$2\" copia --json; c=$?; "
-                       "find \"$1/iPhone de Marta\" -name Manifest.db >&2; exit $c"_s;
+    const auto guion =
+        u"mount -t tmpfs -o size=1500k x \"$1/iPhone de Marta\" && \"$2\" copia --sin-cifrar --json; c=$?; "
+        "find \"$1/iPhone de Marta\" -name Manifest.db >&2; exit $c"_s;
     const auto hecho = ejecutar(
         u"unshare"_s, {u"--mount"_s, u"--map-root-user"_s, u"sh"_s, u"-c"_s, guion, u"sh"_s, vellora, programa});
     QCOMPARE(hecho.codigo, 1);
@@ -196,7 +197,7 @@ void PruebaCopiaReal::discoLlenoUnMomento()
     // Another program fills the disk once the backup's files come, and gives the room back a second and a half later.
     const auto guion =
         u"d=\"$1/iPhone de Marta\"; mount -t tmpfs -o size=20m x \"$d\"; "
-        "\"$2\" copia --json & p=$!; "
+        "\"$2\" copia --sin-cifrar --json & p=$!; "
         "until find \"$d\" -path '*/Snapshot/*' -type f | grep -q . || ! kill -0 $p; do sleep .02; done; "
         "cat /dev/zero >\"$d/ajeno\" 2>/dev/null; sleep 1.5; rm \"$d/ajeno\"; wait $p; c=$?; "
         "find \"$d\" -name Manifest.db >&2; exit $c"_s;

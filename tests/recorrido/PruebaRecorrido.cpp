@@ -88,7 +88,7 @@ void PruebaRecorrido::initTestCase()
             .toBool());
     prepararAspecto();
     apariencia = std::make_unique<Apariencia>();
-    programa = std::make_unique<Programa>([](const QString &udid) { return Llavero::hayClave(udid); });
+    programa = std::make_unique<Programa>([](const QString &udid) { return Llavero::consultar(udid).estado; });
     connect(&programa->modelo, &Modelo::refrescado, programa.get(),
             [this](const std::optional<QString> &antes) { trasRefrescar(*programa, antes); });
     motor = std::make_unique<QQmlApplicationEngine>();
@@ -153,7 +153,7 @@ void PruebaRecorrido::copiaHastaElFinal()
     QTRY_COMPARE(programa->copias.pieDeHacerCopia(), u"Cifrada, incluye todo"_s);
     QVERIFY(pincha(u"Hacer la copia ahora"_s));
     auto &tarea = programa->modelo.tarea();
-    QVERIFY(tarea.enMarcha());
+    QTRY_VERIFY(tarea.enMarcha());
     QTRY_VERIFY_WITH_TIMEOUT(!tarea.enMarcha(), 60000);
     QVERIFY2(tarea.terminadaBien() == true, qPrintable(tarea.registro().join(u'\n')));
     QTRY_COMPARE(programa->copias.ultimaCopia(), u"hoy"_s);
@@ -187,7 +187,7 @@ void PruebaRecorrido::devuelveLaCopia()
 {
     tecla(Qt::Key_4, Qt::ControlModifier);
     QVERIFY(pincha(u"Devolver la copia al iPhone"_s));
-    QVERIFY(seLee(u"¿Devolver la copia al iPhone?"_s));
+    QTRY_VERIFY(seLee(u"¿Devolver la copia al iPhone?"_s));
     QVERIFY(pincha(u"Devolver la copia"_s));
     auto &tarea = programa->modelo.tarea();
     QTRY_COMPARE_WITH_TIMEOUT(tarea.titulo(), u"Devolviendo la copia al iPhone"_s, 5000);

@@ -1,3 +1,4 @@
+#include "core/Preferencias.h"
 #include "platform/Apariencia.h"
 #include "support/BaseDePrueba.h"
 #include "support/TextosHostiles.h"
@@ -121,7 +122,7 @@ void PruebaDatosEnVentana::init()
     const auto copia = QDir::homePath() + u"/Vellora/iPhone/Copias de seguridad/00008120-000A1B2C3D4C1E9A"_s;
     QVERIFY(escribirFichero(copia + u"/Manifest.db"_s, "x"));
     apariencia = std::make_unique<Apariencia>();
-    programa = std::make_unique<Programa>([](const QString &) { return std::optional(true); });
+    programa = std::make_unique<Programa>([](const QString &) { return Llavero::Estado::Hallada; });
     QSignalSpy primera(&programa->modelo, &Modelo::refrescado);
     QVERIFY(primera.wait(20'000));
     motor = std::make_unique<QQmlApplicationEngine>();
@@ -318,7 +319,10 @@ void PruebaDatosEnVentana::contrasenasDeUnaEnUna()
     QVERIFY(pulsa(u"Copiarla: sitio.es"_s));
     QCOMPARE(QApplication::clipboard()->text(), u"zapatos42"_s);
     // Behind the lock nothing of it waits.
-    programa->cerradura.cerrarAhora();
+    // As on a computer that used to ask.
+    Preferencias::ponLogico(u"comprobacionVista"_s, true);
+    programa->cerradura.abrir();
+    Preferencias::ponLogico(u"comprobacionVista"_s, false);
     QCOMPARE(programa->contrasenas.rowCount(), 0);
     QCOMPARE(programa->contrasenas.estado(), u"empezando"_s);
     for (const auto *uno : textos())

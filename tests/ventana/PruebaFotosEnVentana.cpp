@@ -79,7 +79,7 @@ void PruebaFotosEnVentana::init()
     telefono = std::make_unique<TelefonoSimulado>();
     QVERIFY2(telefono->listo(), qPrintable(telefono->motivo()));
     apariencia = std::make_unique<Apariencia>();
-    programa = std::make_unique<Programa>([](const QString &) { return std::optional(true); });
+    programa = std::make_unique<Programa>([](const QString &) { return Llavero::Estado::Hallada; });
     QTRY_VERIFY_WITH_TIMEOUT(programa->modelo.seleccionado(), 20'000);
     programa->modelo.marcarConocido(telefono->udid());
     motor = std::make_unique<QQmlApplicationEngine>();

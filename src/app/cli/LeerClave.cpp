@@ -1,6 +1,7 @@
 #include "app/cli/LeerClave.h"
 
 #include "app/cli/Consola.h"
+#include "platform/Procesos.h"
 
 #include <cerrno>
 #include <csignal>
@@ -70,6 +71,7 @@ std::optional<QString> leerLinea()
 
 std::optional<QString> leerClave()
 {
+    guardarSecretos();
     if (isatty(STDIN_FILENO) == 0) {
         auto clave = leerLinea();
         if (!clave)

@@ -18,7 +18,7 @@ int ordenCifrar(const OpcionesDeOrden &opciones)
         return SalidaMal;
     }
     const auto empezar = [clave](Modelo &modelo, const QString &udid) {
-        activarCifrado(modelo.tarea(), udid, *clave, [](bool) {});
+        activarCifrado(modelo.tarea(), udid, *clave, [](Cifrado) {});
     };
     const auto resultado = [](Modelo &, const QString &) {
         return QString();

@@ -51,9 +51,9 @@ int ordenCopia(const OpcionesDeOrden &opciones)
 {
     if (opciones.automatica)
         return copiaSemanal(opciones.udid.value_or(QString()), opciones.carpeta.value_or(QString()));
-    const auto empezar = [](Modelo &modelo, const QString &) {
+    const auto empezar = [&opciones](Modelo &modelo, const QString &) {
         // Nobody is asked for a password here; switching on the encryption is another command.
-        Copias(modelo, [](const QString &) { return std::nullopt; }).pedirCopia();
+        Copias(modelo, {}).hacerCopia(opciones.sinCifrar);
     };
     const auto resultado = [](Modelo &modelo, const QString &udid) {
         return QString(modelo.carpetaCopias() + u'/' + udid);

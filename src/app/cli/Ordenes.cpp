@@ -44,8 +44,8 @@ QString ayuda()
 {
     return u"Uso: vellora                        abre la ventana\n"
            "     vellora dispositivos [--json]  los iPhone conectados\n"
-           "     vellora copia [--udid U] [--json]\n"
-           "                                    copia de seguridad completa\n"
+           "     vellora copia [--udid U] [--sin-cifrar] [--json]\n"
+           "                                    copia de seguridad completa; cifrada, salvo con --sin-cifrar\n"
            "     vellora cifrar [--udid U] [--json]\n"
            "                                    que las copias vayan cifradas; pide la contraseña\n"
            "     vellora datos [--udid U] [--a DIR] [--json]\n"
@@ -78,7 +78,8 @@ int ejecutarOrden(int argc, char **argv)
     const QCommandLineOption pideAyuda(QStringList{u"h"_s, u"help"_s, u"ayuda"_s});
     const QCommandLineOption pideVersion(QStringList{u"v"_s, u"version"_s});
     const QCommandLineOption automatica(u"automatica"_s);
-    lector.addOptions({json, udid, carpeta, automatica, pideAyuda, pideVersion});
+    const QCommandLineOption sinCifrar(u"sin-cifrar"_s);
+    lector.addOptions({json, sinCifrar, udid, carpeta, automatica, pideAyuda, pideVersion});
     if (!lector.parse(QCoreApplication::arguments()))
         return malUso(u"No entiendo alguna de las opciones."_s);
     if (lector.isSet(pideAyuda) || lector.isSet(pideVersion)) {
@@ -98,7 +99,10 @@ int ejecutarOrden(int argc, char **argv)
         return malUso(u"--automatica va con copia, --udid y --a"_s);
     if (lector.isSet(carpeta) && !orden->admiteCarpeta && !semanal)
         return malUso(u"--a no va con "_s + palabras.first());
+    if (lector.isSet(sinCifrar) && orden->ejecutar != &ordenCopia)
+        return malUso(u"--sin-cifrar no va con "_s + palabras.first());
     OpcionesDeOrden opciones;
+    opciones.sinCifrar = lector.isSet(sinCifrar);
     opciones.json = lector.isSet(json);
     if (lector.isSet(udid))
         opciones.udid = lector.value(udid);

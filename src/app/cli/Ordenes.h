@@ -12,6 +12,7 @@ enum Salida { SalidaBien = 0, SalidaMal = 1, SalidaMalUso = 2, SalidaFaltaHerram
 
 struct OpcionesDeOrden {
     bool json = false;
+    bool sinCifrar = false; ///< a backup may be made without encryption
     std::optional<QString> udid;
     std::optional<QString> carpeta; ///< where the result goes
     bool automatica = false;        ///< the weekly backup, with `udid` and `carpeta`

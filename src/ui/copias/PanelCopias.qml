@@ -18,27 +18,6 @@ Pagina {
         texto: raiz.copias.aviso
     }
 
-    Tira {
-        width: parent.width
-        texto: raiz.copias.preguntaDeSitio
-    }
-
-    Row {
-        visible: raiz.copias.preguntaDeSitio !== ""
-        spacing: 8
-
-        Boton {
-            texto: "Intentarlo de todos modos"
-            onPulsado: raiz.copias.resolverSitio(true)
-        }
-
-        Boton {
-            clase: Boton.Callado
-            texto: "No hacer nada"
-            onPulsado: raiz.copias.resolverSitio(false)
-        }
-    }
-
     Texto {
         topPadding: 8
         tipo: Texto.Seccion

@@ -16,9 +16,9 @@ using namespace Qt::StringLiterals;
 namespace vellora
 {
 
-Programa::Programa(const Copias::HayClave &hayClave)
+Programa::Programa(const Copias::Consulta &consulta)
     : consentimiento(modelo, cerradura)
-    , copias(modelo, hayClave)
+    , copias(modelo, consulta)
     , automaticas(modelo, copias)
     , guardadas(modelo, consentimiento)
     , devolucion(modelo, consentimiento)
@@ -41,6 +41,7 @@ Programa::Programa(const Copias::HayClave &hayClave)
     connect(&modelo, &Modelo::cambioDeSesion, this, &Programa::quizaOtroTelefono);
     // A new backup may tell of other people.
     connect(&modelo.tarea(), &Tarea::acabada, &contactos, &Contactos::caducar);
+    connect(&copias, &Copias::preguntar, &consentimiento, &Consentimiento::plantear);
     connect(&copias, &Copias::copiaEmpezada, this,
             [this](const QString &alAcabar) { telegram.avisarAlTerminar(modelo.tarea(), alAcabar); });
 }

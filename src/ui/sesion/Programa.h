@@ -51,7 +51,7 @@ class Programa : public QObject
     Q_PROPERTY(QString version READ version CONSTANT)
 
 public:
-    explicit Programa(const Copias::HayClave &hayClave);
+    explicit Programa(const Copias::Consulta &consulta);
 
     Modelo modelo;
     Cerradura cerradura;
