@@ -54,7 +54,7 @@ int main(int argc, char **argv)
     const QApplication app(argc, argv);
     prepararAspecto();
     Apariencia apariencia;
-    Programa programa([](const QString &) { return std::optional(true); });
+    Programa programa([](const QString &) { return Llavero::Estado::Hallada; });
     QQmlApplicationEngine motor;
     auto *ventana = abrirVentanaPrincipal(motor, {programa, apariencia, {}});
     // Wakes the waits that nothing else would.

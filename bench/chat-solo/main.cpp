@@ -36,7 +36,7 @@ int ventana(const QString &fichero)
 {
     prepararAspecto();
     Apariencia apariencia;
-    Programa programa([](const QString &) { return std::optional(true); });
+    Programa programa([](const QString &) { return Llavero::Estado::Hallada; });
     QQmlApplicationEngine motor;
     auto *abierta = abrirVentanaPrincipal(motor, {programa, apariencia, {}});
     Fotogramas::uno(*abierta);
