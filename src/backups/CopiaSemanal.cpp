@@ -50,6 +50,7 @@ void CopiaSemanal::empezar()
     dichoConHora(Automatico::fraseDeEmpezar());
     OpcionesDeCopia opciones;
     opciones.modo = CopiaEnCurso::Modo::SobreLaAnterior;
+    opciones.sinCifrar = Copias::admiteSinCifrar(udid); // nobody is there to be asked
     copiaDeSeguridad(tarea, udid, copias, opciones);
     if (!tarea.enMarcha())
         terminar(false);

@@ -77,7 +77,8 @@ void Copias::quizaComprobar()
 Catalogo::Estado Copias::estado() const
 {
     const auto &elegido = modelo.seleccionado();
-    return elegido ? Catalogo::estadoDe(modelo.carpetaCopias() + u'/' + elegido->id) : Catalogo::Estado();
+    const auto cual = elegido ? std::optional(elegido->id) : Catalogo::udidDeLaCopia(modelo.carpetaCopias());
+    return cual ? Catalogo::estadoDe(modelo.carpetaCopias() + u'/' + *cual) : Catalogo::Estado();
 }
 
 std::optional<QDateTime> Copias::fechaDeLaUltimaCopia() const

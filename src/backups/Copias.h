@@ -38,7 +38,7 @@ public:
 
     Copias(Modelo &modelo, Consulta consulta, QObject *padre = nullptr);
 
-    /// What may be believed of the selected phone's backup; without a phone, that there is none.
+    /// What may be believed of the selected phone's backup; without a phone, of the one in view.
     Catalogo::Estado estado() const;
     /// Of the selected phone, or without one of the youngest in view; absent without a backup that counts.
     std::optional<QDateTime> fechaDeLaUltimaCopia() const;

@@ -12,7 +12,8 @@ namespace vellora::Carpetas
 {
 
 /// Folder of the phone under "Vellora": the one that holds its backup, else the one of its name, with the end of its
-/// identifier where another phone of that name has its own; without a phone, the first folder there by name, or "iPhone".
+/// identifier where another phone of that name has its own; without a phone, the first folder there by name, or
+/// "iPhone".
 QString base(const std::optional<Dispositivo> &elegido);
 QString datos(const std::optional<Dispositivo> &elegido);
 /// Name of the setting that keeps the next one.

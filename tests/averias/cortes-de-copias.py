@@ -69,7 +69,7 @@ class Prueba:
         return next(self.disco.glob("Vellora/*/Copias de seguridad"), self.disco / "ninguna")
 
     def lanzar(self) -> subprocess.Popen:
-        return subprocess.Popen([self.programa, "copia"], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+        return subprocess.Popen([self.programa, "copia", "--sin-cifrar"], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
                                 env=dict(os.environ, HOME=str(self.disco)))
 
     def entera(self) -> bool:

@@ -314,7 +314,7 @@ void PruebaFotosReales::laComprobacionNiega()
     QVERIFY(acaba() && programa->consentimiento.abierto());
     programa->consentimiento.responder(true);
     programa->pedirBorrarTodas();
-    QVERIFY(acaba() && programa->consentimiento.abierto());
+    QVERIFY2(acaba() && programa->consentimiento.abierto(), qPrintable(programa->consentimiento.aviso()));
     const auto trasElPlan = programa->modelo.diario().lista().size();
     programa->consentimiento.responder(true);
     seleccion.pedirBorrar();

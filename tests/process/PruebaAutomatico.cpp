@@ -2,6 +2,7 @@
 #include "backups/CarpetaDeCopias.h"
 #include "backups/Catalogo.h"
 #include "backups/Comprobante.h"
+#include "backups/Copias.h"
 #include "backups/CopiasAnteriores.h"
 #include "support/TelefonoSimulado.h"
 
@@ -97,6 +98,7 @@ void PruebaAutomatico::init()
         QFile::remove(QDir::homePath() + fichero);
     fingir(u"notify-send"_s, {});
     fingir(u"systemctl"_s, {});
+    Copias::ponSinCifrar(telefono->udid()); // what its owner said when asked
 }
 
 void PruebaAutomatico::sinTelefonoCalla()

@@ -95,21 +95,21 @@ void PruebaCopiaAnterior::laQueHabiaQueda()
 {
     QFETCH(QJsonObject, orden);
     QFETCH(bool, matar);
-    QCOMPARE(ejecutar(programa(), {u"copia"_s}).codigo, 0);
+    QCOMPARE(ejecutar(programa(), {u"copia"_s, u"--sin-cifrar"_s}).codigo, 0);
     const auto antes = ficheros(carpeta);
     QVERIFY(antes.size() > 30);
     const auto fecha = QFileInfo(carpeta + u"/Info.plist"_s).lastModified();
     QVERIFY(telefono->orden(orden)[u"bien"_s].toBool());
     if (matar) {
         QProcess proceso;
-        proceso.start(programa(), {u"copia"_s});
+        proceso.start(programa(), {u"copia"_s, u"--sin-cifrar"_s});
         QTRY_VERIFY_WITH_TIMEOUT(!procesosCon(u"--full"_s).isEmpty(), 20000);
         QTest::qWait(2500);
         proceso.kill();
         QVERIFY(proceso.waitForFinished());
         QTRY_VERIFY_WITH_TIMEOUT(procesosCon(u"idevicebackup2"_s).isEmpty(), 10000);
     } else {
-        QCOMPARE(ejecutar(programa(), {u"copia"_s}).codigo, 1);
+        QCOMPARE(ejecutar(programa(), {u"copia"_s, u"--sin-cifrar"_s}).codigo, 1);
     }
     QCOMPARE(ficheros(carpeta), antes);
     QCOMPARE(QFileInfo(carpeta + u"/Info.plist"_s).lastModified(), fecha);
@@ -120,7 +120,7 @@ void PruebaCopiaAnterior::laQueHabiaQueda()
         telefono->orden({{u"orden"_s, u"fallar"_s}, {u"peticion"_s, QString()}, {u"error"_s, QJsonValue()}})[u"bien"_s]
             .toBool());
     QVERIFY(frenar(0) && telefono->orden(u"conectar"_s));
-    QCOMPARE(ejecutar(programa(), {u"copia"_s}).codigo, 0);
+    QCOMPARE(ejecutar(programa(), {u"copia"_s, u"--sin-cifrar"_s}).codigo, 0);
     QCOMPARE(QDir(copias).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
              (QStringList{telefono->udid(), u"Copias anteriores"_s}));
     const auto anteriores = CopiasAnteriores::listar(copias, telefono->udid(), true);
@@ -138,8 +138,8 @@ void PruebaCopiaAnterior::laQueHabiaQuedaSiElDiscoSeLlena()
     const auto hecho =
         enDiscoPequeno(u"suma() { (cd \"$1/Copias de seguridad/\"*-*/ && find . -type f ! -name .vellora-comprobada "
                        "-exec sha1sum {} + | sort | sha1sum); }; "
-                       "\"$2\" copia || exit 9; a=$(suma \"$1\"); "
-                       "(sleep 2; head -c 20m /dev/zero > \"$1/ajeno\") & \"$2\" copia --json; c=$?; wait; "
+                       "\"$2\" copia --sin-cifrar || exit 9; a=$(suma \"$1\"); "
+                       "(sleep 2; head -c 20m /dev/zero > \"$1/ajeno\") & \"$2\" copia --sin-cifrar --json; c=$?; wait; "
                        "[ \"$a\" = \"$(suma \"$1\")\" ] || { echo CAMBIADA >&2; ls -la \"$1/Copias de seguridad/\"*-*/ "
                        ">&2; exit 8; }; "
                        "ls -A \"$1/Copias de seguridad\" | sed 's/^/QUEDA /' >&2; exit $c"_s);
@@ -150,9 +150,9 @@ void PruebaCopiaAnterior::laQueHabiaQuedaSiElDiscoSeLlena()
 void PruebaCopiaAnterior::sinSitioSeDiceAntes()
 {
     const auto hecho =
-        enDiscoPequeno(u"\"$2\" copia || exit 9; "
+        enDiscoPequeno(u"\"$2\" copia --sin-cifrar || exit 9; "
                        "head -c $(($(df --output=avail -B1 \"$1\" | tail -1) - 500000)) /dev/zero > \"$1/ajeno\"; "
-                       "\"$2\" copia --json; exit $?"_s);
+                       "\"$2\" copia --sin-cifrar --json; exit $?"_s);
     QCOMPARE(hecho.codigo, 1);
     const auto objeto = QJsonDocument::fromJson(hecho.salida.split('\n').value(1).isEmpty()
                                                     ? hecho.salida
@@ -164,12 +164,12 @@ void PruebaCopiaAnterior::sinSitioSeDiceAntes()
 void PruebaCopiaAnterior::laNuevaTomaSuSitio()
 {
     // A backup that an older version made inside the one that there was is a backup too.
-    QCOMPARE(ejecutar(programa(), {u"copia"_s}).codigo, 0);
+    QCOMPARE(ejecutar(programa(), {u"copia"_s, u"--sin-cifrar"_s}).codigo, 0);
     QVERIFY(QDir().rename(carpeta, copias + u"/dentro"_s));
-    QCOMPARE(ejecutar(programa(), {u"copia"_s}).codigo, 0);
+    QCOMPARE(ejecutar(programa(), {u"copia"_s, u"--sin-cifrar"_s}).codigo, 0);
     QVERIFY(QDir().rename(copias + u"/dentro"_s, carpeta + u'/' + telefono->udid()));
     const auto fuera = ficheros(carpeta + u'/' + telefono->udid());
-    QCOMPARE(ejecutar(programa(), {u"copia"_s}).codigo, 0);
+    QCOMPARE(ejecutar(programa(), {u"copia"_s, u"--sin-cifrar"_s}).codigo, 0);
     QVERIFY(!QFile::exists(carpeta + u'/' + telefono->udid()));
     auto anteriores = CopiasAnteriores::listar(copias, telefono->udid());
     QCOMPARE(anteriores.size(), 1); // the youngest one
