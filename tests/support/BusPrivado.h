@@ -14,14 +14,19 @@ class BusPrivado
 public:
     BusPrivado()
     {
-        demonio.start(QStringLiteral("dbus-daemon"),
-                      {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address")});
+        QStringList argumentos{QStringLiteral("--session"), QStringLiteral("--nofork"),
+                               QStringLiteral("--print-address")};
+        if (esElDelSistema())
+            argumentos << QStringLiteral("--address=unix:path=/run/dbus/system_bus_socket");
+        demonio.start(QStringLiteral("dbus-daemon"), argumentos);
         if (demonio.waitForReadyRead(10000)) {
             const auto direccion = demonio.readLine().trimmed();
             qputenv("DBUS_SESSION_BUS_ADDRESS", direccion);
             qputenv("DBUS_SYSTEM_BUS_ADDRESS", direccion);
         }
     }
+    /// Whether it stands in the system bus's own place, in a mount namespace of the test's (con-bus-del-sistema).
+    static bool esElDelSistema() { return qEnvironmentVariableIsSet("BUS_DEL_SISTEMA"); }
     ~BusPrivado()
     {
         for (auto *proceso : {&servicio, &demonio}) {
