@@ -270,7 +270,8 @@ void PruebaCarrete::copiarLoDeFueraDelCarrete()
     QVERIFY(QFile::remove(fotos + u"/CPLAssets/group7/0A-B.JPG"_s));
     QCOMPARE(motor({u"copiar-elegidas"_s, udid, lista({ruta}), fotos})[u"fin"_s][u"copiados"_s].toInt(), 1);
     // And never deleted, by no way.
-    QVERIFY(motor({u"borrar-elegidas"_s, udid, lista({ruta}), fotos}, true).todo().contains(u"no es una foto del carrete"));
+    QVERIFY(
+        motor({u"borrar-elegidas"_s, udid, lista({ruta}), fotos}, true).todo().contains(u"no es una foto del carrete"));
     QCOMPARE(liberar(true)[u"fin"_s][u"borrados"_s].toInt(), dentro.size());
     motor({u"borrar-biblioteca-fotos"_s, udid}, true);
     motor({u"borrar-fotos-iphone"_s, udid}, true);

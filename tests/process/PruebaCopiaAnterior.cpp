@@ -135,14 +135,14 @@ void PruebaCopiaAnterior::laQueHabiaQuedaSiElDiscoSeLlena()
     QVERIFY(
         telefono->orden({{u"orden"_s, u"ignorar_espacio_del_ordenador"_s}, {u"valor"_s, true}})[u"bien"_s].toBool());
     QVERIFY(frenar(1'000'000));
-    const auto hecho =
-        enDiscoPequeno(u"suma() { (cd \"$1/Copias de seguridad/\"*-*/ && find . -type f ! -name .vellora-comprobada "
-                       "-exec sha1sum {} + | sort | sha1sum); }; "
-                       "\"$2\" copia --sin-cifrar || exit 9; a=$(suma \"$1\"); "
-                       "(sleep 2; head -c 20m /dev/zero > \"$1/ajeno\") & \"$2\" copia --sin-cifrar --json; c=$?; wait; "
-                       "[ \"$a\" = \"$(suma \"$1\")\" ] || { echo CAMBIADA >&2; ls -la \"$1/Copias de seguridad/\"*-*/ "
-                       ">&2; exit 8; }; "
-                       "ls -A \"$1/Copias de seguridad\" | sed 's/^/QUEDA /' >&2; exit $c"_s);
+    const auto hecho = enDiscoPequeno(
+        u"suma() { (cd \"$1/Copias de seguridad/\"*-*/ && find . -type f ! -name .vellora-comprobada "
+        "-exec sha1sum {} + | sort | sha1sum); }; "
+        "\"$2\" copia --sin-cifrar || exit 9; a=$(suma \"$1\"); "
+        "(sleep 2; head -c 20m /dev/zero > \"$1/ajeno\") & \"$2\" copia --sin-cifrar --json; c=$?; wait; "
+        "[ \"$a\" = \"$(suma \"$1\")\" ] || { echo CAMBIADA >&2; ls -la \"$1/Copias de seguridad/\"*-*/ "
+        ">&2; exit 8; }; "
+        "ls -A \"$1/Copias de seguridad\" | sed 's/^/QUEDA /' >&2; exit $c"_s);
     QVERIFY2(hecho.codigo == 1, hecho.palabras.constData());
     QVERIFY(hecho.palabras.contains("QUEDA 0") && !hecho.palabras.contains("QUEDA ."));
 }
