@@ -243,6 +243,8 @@ void PruebaFotosEnVentana::carreteVacio()
     // What could not be read is not called empty.
     QVERIFY(seLee(u"No he podido leer el carrete"_s) && !Manos::seLee(*ventana, u"El carrete está vacío"_s));
     QVERIFY(telefono->orden(u"desbloquear"_s));
+    // A reading that met it locked may have put it aside until the next.
+    QTRY_VERIFY_WITH_TIMEOUT(programa->modelo.seleccionado().has_value(), 30'000);
     QVERIFY(pulsa(u"Intentar otra vez"_s));
     QVERIFY(seLee(u"El carrete está vacío"_s) && acaba());
 }
