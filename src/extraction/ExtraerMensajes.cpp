@@ -15,8 +15,8 @@ namespace vellora::Extraccion
 namespace
 {
 
-// Columns of both queries: the other party, date, own, text, the body where there is no text, what tells chats apart,
-// thrown away by the owner.
+// Columns of both queries: the other party, date, own, text, the body where there is no text, what tells chats apart
+// (nothing where the other party does), thrown away by the owner.
 enum Columna { Otro, Cuando, Mio, Texto, Cuerpo, Clave, Tirado };
 
 constexpr auto ordenMensajes = "ORDER BY h.id, m.date";
@@ -42,7 +42,7 @@ QByteArray consultaMensajes(const BaseDelTelefono &base)
     const QByteArray conTexto("(m.text IS NOT NULL AND m.text <> '')");
     return "SELECT IFNULL(h.id,'Desconocido'), m.date, m.is_from_me, IFNULL(m.text,''), " +
            (conCuerpo ? "CASE WHEN " + conTexto + " THEN NULL ELSE m.attributedBody END" : QByteArray("NULL")) +
-           ", IFNULL(h.id,'Desconocido'), " +
+           ", NULL, " +
            (conPapelera ? "m.ROWID IN (SELECT message_id FROM chat_recoverable_message_join) AND "
                           "IFNULL(m.ROWID IN (SELECT message_id FROM chat_message_join), 0) = 0"
                         : "0") +
@@ -87,9 +87,10 @@ public:
         linea += ": ";
         if (!texto(fila))
             return;
-        if (const auto suya = fila.utf8(Clave); clave.isNull() || suya != clave)
+        const auto suya = fila.utf8(Clave);
+        if (!suya.isEmpty() && suya != clave)
             clave = suya.toByteArray();
-        (fila.entero(Tirado) != 0 ? tirados : vivos).linea(clave, limpio, linea);
+        (fila.entero(Tirado) != 0 ? tirados : vivos).linea(suya.isEmpty() ? otro : clave, limpio, linea);
     }
 
     Grupos vivos;

@@ -2,16 +2,29 @@
 
 #include "core/EscritorDeTexto.h"
 
+#include <array>
+#include <utility>
+
 namespace vellora::Renglones
 {
 
 namespace
 {
 
+/// Whether the end of a line may begin with that byte: all others, nearly everything, are passed over fast.
+constexpr auto sospechoso = [] {
+    std::array<bool, 256> tabla{};
+    for (const auto letra : {0x0A, 0x0B, 0x0C, 0x0D, 0xC2, 0xE2})
+        tabla[static_cast<std::size_t>(letra)] = true;
+    return tabla;
+}();
+
 /// Bytes of the end of a line that begins there; 0 when none does.
 qsizetype finDeLinea(QByteArrayView texto, qsizetype sitio)
 {
     const auto letra = static_cast<unsigned char>(texto[sitio]);
+    if (!sospechoso[letra])
+        return 0;
     if (letra >= '\n' && letra <= '\r')
         return letra == '\r' && sitio + 1 < texto.size() && texto[sitio + 1] == '\n' ? 2 : 1;
     if (letra != 0xC2 && letra != 0xE2)
@@ -26,8 +39,9 @@ qsizetype finDeLinea(QByteArrayView texto, qsizetype sitio)
 void partir(QByteArray &a, qsizetype desde, bool enUno)
 {
     const auto primero = [&] {
+        const char *letras = a.constData();
         for (auto sitio = desde; sitio < a.size(); ++sitio) {
-            if (finDeLinea(a, sitio) > 0)
+            if (sospechoso[static_cast<unsigned char>(letras[sitio])] && finDeLinea(a, sitio) > 0)
                 return sitio;
         }
         return a.size();
