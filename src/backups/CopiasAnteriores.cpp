@@ -34,7 +34,7 @@ QByteArray nuevaFecha(int anteriores, const QDateTime &fecha)
 {
     const auto nombre = fecha.toLocalTime().toString(u"yyyy-MM-dd HH.mm.ss"_s);
     for (int vez = 1; vez < 100; ++vez) {
-        const auto este = vez == 1 ? nombre.toUtf8() : u"%1 (%2)"_s.arg(nombre).arg(vez).toUtf8();
+        auto este = vez == 1 ? nombre.toUtf8() : u"%1 (%2)"_s.arg(nombre).arg(vez).toUtf8();
         if (mkdirat(anteriores, este.constData(), S_IRWXU) == 0)
             return este;
         if (errno != EEXIST)

@@ -17,7 +17,7 @@ bool estaLleno(const QString &carpeta)
 {
     struct statvfs estado = {};
     return statvfs(QFile::encodeName(carpeta).constData(), &estado) == 0 && estado.f_blocks > 0 &&
-           static_cast<qint64>(estado.f_bavail * estado.f_frsize) < VigilanteDelDisco::sitioMinimo;
+           estado.f_bavail * estado.f_frsize < static_cast<quint64>(VigilanteDelDisco::sitioMinimo);
 }
 
 } // namespace

@@ -139,7 +139,7 @@ QString apartarDiario(const QString &fichero)
         return {};
     const auto ahora = QDateTime::currentDateTime().toString(u"yyyy-MM-dd HH.mm.ss"_s);
     for (int vez = 1; vez < 100; ++vez) {
-        const auto nombre = fichero + u".apartado "_s + ahora + (vez > 1 ? u" (%1)"_s.arg(vez) : QString());
+        auto nombre = fichero + u".apartado "_s + ahora + (vez > 1 ? u" (%1)"_s.arg(vez) : QString());
         const auto a = QFile::encodeName(nombre);
         if (renameat2(AT_FDCWD, QFile::encodeName(fichero).constData(), AT_FDCWD, a.constData(), RENAME_NOREPLACE) == 0)
             return nombre;

@@ -33,7 +33,7 @@ bool sinSitio(const QString &carpeta)
     struct statvfs estado = {};
     if (statvfs(QFile::encodeName(carpeta).constData(), &estado) != 0)
         return false;
-    return static_cast<qint64>(estado.f_bavail * estado.f_frsize) < sitioMinimo;
+    return estado.f_bavail * estado.f_frsize < static_cast<quint64>(sitioMinimo);
 }
 
 /// What the three small files say; a sentence when it is not well.

@@ -33,13 +33,13 @@ QByteArray NombresDistintos::recortado(const QByteArray &nombre, qsizetype reser
 
 QByteArray NombresDistintos::tomar(const QByteArray &nombre, const QByteArray &extension)
 {
-    const auto primero = recortado(nombre, extension.size()) + extension;
+    auto primero = recortado(nombre, extension.size()) + extension;
     auto &veces = tomados[plegado(primero)];
     if (veces++ == 0)
         return primero;
     for (auto numero = veces;; ++numero) {
         const auto cola = " (" + QByteArray::number(numero) + ')' + extension;
-        const auto otro = recortado(nombre, cola.size()) + cola;
+        auto otro = recortado(nombre, cola.size()) + cola;
         if (auto &suyas = tomados[plegado(otro)]; suyas++ == 0) {
             tomados[plegado(primero)] = numero;
             return otro;

@@ -64,7 +64,7 @@ QStringList udidsEn(const QString &copias)
 /// Without one the folder of its name, unless that one holds the backups of another phone.
 QString carpetaDe(const Dispositivo &telefono)
 {
-    const auto suyo = comoNombreDeCarpeta(telefono.nombre);
+    auto suyo = comoNombreDeCarpeta(telefono.nombre);
     if (esCopia(copiasDe(suyo) + u'/' + telefono.id))
         return suyo;
     QString hallada;
@@ -117,7 +117,7 @@ QString claveCarpetaFotos(const std::optional<Dispositivo> &elegido)
 
 QString fotos(const std::optional<Dispositivo> &elegido)
 {
-    const auto elegida = Preferencias::texto(claveCarpetaFotos(elegido));
+    auto elegida = Preferencias::texto(claveCarpetaFotos(elegido));
     if (!elegida.isEmpty() && QFileInfo::exists(elegida))
         return elegida;
     const auto suyas = base(elegido) + u"/Fotos"_s;

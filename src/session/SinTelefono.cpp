@@ -45,7 +45,7 @@ QStringList conDatos()
 QString cual()
 {
     const auto hay = conDatos();
-    const auto ultima = Preferencias::texto(claveUltima);
+    auto ultima = Preferencias::texto(claveUltima);
     if (hay.contains(ultima))
         return ultima;
     return hay.size() == 1 ? hay.first() : QString();

@@ -140,10 +140,10 @@ private:
 bool pareceCortado(const Muestra &muestra)
 {
     const auto &[nombre, cabeza, largo, declarado] = muestra;
-    const auto entero = [&cabeza](qsizetype lugar) {
+    const auto entero = [&cabeza = muestra.cabeza](qsizetype lugar) {
         return static_cast<qint64>(qFromBigEndian<quint32>(cabeza.constData() + lugar));
     };
-    const auto corta = [&cabeza](qsizetype lugar) {
+    const auto corta = [&cabeza = muestra.cabeza](qsizetype lugar) {
         return qint64(qFromBigEndian<quint16>(cabeza.constData() + lugar));
     };
     if (largo >= declarado)

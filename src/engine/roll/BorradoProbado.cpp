@@ -55,7 +55,7 @@ std::optional<QString> BorradoProbado::borrar(const std::vector<FotoEntera> &fot
     avance = elAvance;
     if (fotos.empty())
         return {};
-    if (const auto motivo = preparar(fotos))
+    if (auto motivo = preparar(fotos))
         return motivo;
     std::vector<Probada> tanda;
     for (const auto &foto : fotos) {
@@ -66,7 +66,7 @@ std::optional<QString> BorradoProbado::borrar(const std::vector<FotoEntera> &fot
         const bool esLaUltima = &foto == &fotos.back();
         if (tanda.empty() || (!esLaPrimera && tanda.size() < fotosEnUnaTanda && !esLaUltima))
             continue;
-        if (const auto motivo = quitar(tanda))
+        if (auto motivo = quitar(tanda))
             return motivo;
         tanda.clear();
     }
